@@ -1,0 +1,22 @@
+# Run by ctest: registers each suite of a GoogleTest program as one test. Expects program, emulator,
+# prefix, properties and list_file, which keeps the program's suites until it is built anew.
+if(NOT EXISTS ${program})
+    add_test(${prefix}NOT_BUILT ${program})
+    return()
+endif()
+if(${program} IS_NEWER_THAN ${list_file})
+    execute_process(COMMAND ${emulator} ${program} --gtest_list_tests
+                    OUTPUT_VARIABLE listing RESULT_VARIABLE result TIMEOUT 60)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "${program} --gtest_list_tests ended with ${result}")
+    endif()
+    string(REGEX MATCHALL "(^|\n)[A-Za-z0-9_/]+\\." suites "${listing}")
+    list(TRANSFORM suites STRIP)
+    file(WRITE ${list_file} "${suites}")
+endif()
+file(READ ${list_file} suites)
+foreach(suite IN LISTS suites)
+    string(REGEX REPLACE "\\.$" "" name ${suite})
+    add_test(${prefix}${name} ${emulator} ${program} --gtest_filter=${suite}*)
+    set_tests_properties(${prefix}${name} PROPERTIES ${properties})
+endforeach()

@@ -1,0 +1,54 @@
+# Language, warnings and flags that hold for every target of the tree.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+# One folder for programs and dynamic libraries: Windows looks for a DLL beside the program.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+
+find_program(ZMR_CCACHE ccache)
+if(ZMR_CCACHE)
+    set(CMAKE_C_COMPILER_LAUNCHER ${ZMR_CCACHE})
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${ZMR_CCACHE})
+endif()
+
+find_package(Threads REQUIRED)
+
+add_library(zmr_warnings INTERFACE)
+target_compile_options(zmr_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+
+# Assertions stay on in the lanes that run the tests.
+set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g -fno-omit-frame-pointer")
+set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1")
+set(CMAKE_CXX_FLAGS_RELEASE "-O3 -DNDEBUG")
+if(NOT WIN32)
+    add_compile_definitions($<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
+endif()
+
+if(WIN32)
+    # A processor fault becomes a C++ exception in the running function: every unit between the
+    # fault and its catch needs both flags.
+    add_compile_options(
+        $<$<COMPILE_LANGUAGE:CXX>:-fnon-call-exceptions>
+        $<$<COMPILE_LANGUAGE:CXX>:-fno-delete-dead-exceptions>)
+    add_compile_definitions(_WIN32_WINNT=0x0601)
+    # What the library gives is what it marks; the run-time libraries are shared, so that types and
+    # exceptions are one across its border.
+    add_link_options(LINKER:--exclude-all-symbols)
+endif()
+
+if(ZMR_SANITIZE)
+    set(sanitize -fsanitize=${ZMR_SANITIZE} -fno-sanitize-recover=all)
+    if(ZMR_BUILD_FUZZERS)
+        list(APPEND sanitize -fsanitize=fuzzer-no-link)
+    endif()
+    add_compile_options(${sanitize})
+    add_link_options(${sanitize})
+    list(JOIN sanitize " " ZMR_SANITIZE_FLAGS)
+endif()

@@ -1,0 +1,81 @@
+# The folders' targets and the library that is made of them.
+include(ZmrWindowsProgram)
+
+# zmr_expose(<target>): publishes the calling folder under its own name and nothing else, by an
+# include path that holds one link, to the folder. So an include that goes up does not compile.
+function(zmr_expose target)
+    file(RELATIVE_PATH path ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+    set(root ${PROJECT_BINARY_DIR}/floors/${target})
+    cmake_path(GET path PARENT_PATH parent)
+    file(MAKE_DIRECTORY ${root}/${parent})
+    file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${path} SYMBOLIC)
+    target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${root}>)
+endfunction()
+
+# zmr_lane_header(<target> <name>): "<folder>/<name>OfLane.h" is <name>_win.h in the win lane and
+# <name>_posix.h in the others.
+function(zmr_lane_header target name)
+    file(RELATIVE_PATH path ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+    set(root ${PROJECT_BINARY_DIR}/floors/${target}.lane)
+    file(MAKE_DIRECTORY ${root}/${path})
+    if(WIN32)
+        set(source ${CMAKE_CURRENT_SOURCE_DIR}/${name}_win.h)
+    else()
+        set(source ${CMAKE_CURRENT_SOURCE_DIR}/${name}_posix.h)
+    endif()
+    file(CREATE_LINK ${source} ${root}/${path}/${name}OfLane.h SYMBOLIC)
+    target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${root}>)
+    set_property(GLOBAL APPEND PROPERTY ZMR_LANE_HEADERS ${root}/${path}/${name}OfLane.h)
+endfunction()
+
+# zmr_floors_below(<out> <target>...): the folders' targets among the targets and all that they link.
+function(zmr_floors_below out)
+    set(found "")
+    set(left ${ARGN})
+    while(left)
+        list(POP_FRONT left target)
+        if(NOT TARGET ${target} OR ${target} IN_LIST found)
+            continue()
+        endif()
+        get_target_property(type ${target} TYPE)
+        if(NOT type STREQUAL "OBJECT_LIBRARY")
+            continue()
+        endif()
+        list(APPEND found ${target})
+        get_target_property(links ${target} INTERFACE_LINK_LIBRARIES)
+        if(links)
+            list(APPEND left ${links})
+        endif()
+    endwhile()
+    set(${out} ${found} PARENT_SCOPE)
+endfunction()
+
+# zmr_add_library(<folder>...): the dynamic library ZMR_GV out of the folders' object targets.
+function(zmr_add_library)
+    add_library(ZMR_GV SHARED ${PROJECT_SOURCE_DIR}/platform/Export.h)
+    add_library(ZMR_GV::ZMR_GV ALIAS ZMR_GV)
+    set_target_properties(ZMR_GV PROPERTIES
+        LINKER_LANGUAGE CXX
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR})
+    foreach(folder IN LISTS ARGN)
+        string(REPLACE "/" "_" target zmr_${folder})
+        target_compile_definitions(${target} PRIVATE ZMR_GV_BUILD)
+        set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
+        target_link_libraries(ZMR_GV PRIVATE ${target})
+        # Users inside this tree see the headers as users of the installed package do.
+        target_include_directories(ZMR_GV INTERFACE
+            "$<BUILD_INTERFACE:$<TARGET_PROPERTY:${target},INTERFACE_INCLUDE_DIRECTORIES>>")
+    endforeach()
+    target_include_directories(ZMR_GV INTERFACE $<INSTALL_INTERFACE:include/ZMR_GV>)
+    target_compile_features(ZMR_GV INTERFACE cxx_std_20)
+    if(WIN32)
+        set_target_properties(ZMR_GV PROPERTIES PREFIX "")
+        zmr_runtime_beside(${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+        configure_file(${PROJECT_SOURCE_DIR}/cmake/windows/version.rc.in
+                       ${PROJECT_BINARY_DIR}/version.rc @ONLY)
+        target_sources(ZMR_GV PRIVATE ${PROJECT_BINARY_DIR}/version.rc)
+    elseif(NOT ZMR_BUILD_FUZZERS)
+        target_link_options(ZMR_GV PRIVATE LINKER:--no-undefined)
+    endif()
+endfunction()

@@ -1,0 +1,57 @@
+# Unit tests: one GoogleTest program for each folder and lane.
+if(WIN32)
+    set(ZMR_LANE win)
+elseif(ZMR_BUILD_FUZZERS)
+    set(ZMR_LANE fuzz)
+else()
+    set(ZMR_LANE native)
+endif()
+
+set(INSTALL_GTEST OFF)
+set(BUILD_GMOCK ON)
+add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+include(GoogleTest)
+
+# zmr_add_test(<folder> SOURCES <source>... LINK <target>... [TIMEOUT <seconds>] [DATA <folder>])
+# builds the program test_<folder>. LINK names folders' targets, whose objects and those of all the
+# floors below are taken in directly, and other libraries. The tests are called
+# <lane>.<folder>.<Suite>.<Case>; they are looked up when ctest starts, not during the build. In the
+# win lane a test of ctest is a whole suite, <lane>.<folder>.<Suite>, because each start of Wine
+# costs more than most cases do. DATA is given to the program as ZMR_TEST_DATA.
+function(zmr_add_test folder)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT;DATA" "SOURCES;LINK")
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    set(program test_${folder})
+    add_executable(${program} ${arg_SOURCES})
+    zmr_floors_below(floors ${arg_LINK})
+    set(others ${arg_LINK})
+    list(REMOVE_ITEM others ${floors})
+    target_link_libraries(${program} PRIVATE
+        ${floors} ${others} GTest::gmock GTest::gtest_main zmr_warnings)
+    target_compile_definitions(${program} PRIVATE ZMR_GV_STATIC)
+    if(arg_DATA)
+        target_compile_definitions(${program} PRIVATE ZMR_TEST_DATA="${arg_DATA}")
+    endif()
+    zmr_windows_program(${program})
+
+    set(properties TIMEOUT ${arg_TIMEOUT} LABELS ${folder})
+    if(NOT WIN32)
+        gtest_discover_tests(${program}
+            DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+            TEST_PREFIX ${ZMR_LANE}.${folder}.
+            PROPERTIES ${properties})
+        return()
+    endif()
+    set(script ${CMAKE_CURRENT_BINARY_DIR}/${program}_suites.cmake)
+    file(GENERATE OUTPUT ${script} CONTENT "\
+set(program \"$<TARGET_FILE:${program}>\")
+set(emulator \"${CMAKE_CROSSCOMPILING_EMULATOR}\")
+set(prefix \"${ZMR_LANE}.${folder}.\")
+set(properties \"${properties}\")
+set(list_file \"${CMAKE_CURRENT_BINARY_DIR}/${program}_suites.txt\")
+include(\"${PROJECT_SOURCE_DIR}/cmake/DiscoverSuites.cmake\")
+")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${script})
+endfunction()

@@ -1,0 +1,30 @@
+#pragma once
+
+// Where there is no <windows.h>: the same names, sizes and layouts, so that records which are kept
+// in files and in memory are the same in both lanes.
+
+using DWORD = std::uint32_t;
+using LONG = std::int32_t;
+using LONGLONG = std::int64_t;
+using ULONGLONG = std::uint64_t;
+using DWORD_PTR = std::uintptr_t;
+using COLORREF = DWORD;
+
+struct tagPOINT {
+    LONG x;
+    LONG y;
+};
+struct tagSIZE {
+    LONG cx;
+    LONG cy;
+};
+struct tagRECT {
+    LONG left;
+    LONG top;
+    LONG right;
+    LONG bottom;
+};
+struct tagPOINTS {
+    short x;
+    short y;
+};

@@ -1,0 +1,16 @@
+#pragma once
+
+// The very types of <windows.h>, named without it. Who needs the records whole includes
+// "platform/Windows.h".
+
+using DWORD = unsigned long;
+using LONG = long;
+using LONGLONG = long long;
+using ULONGLONG = unsigned long long;
+using DWORD_PTR = unsigned long long;
+using COLORREF = DWORD;
+
+struct tagPOINT;
+struct tagSIZE;
+struct tagRECT;
+struct tagPOINTS;
