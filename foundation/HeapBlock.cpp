@@ -1,0 +1,27 @@
+#include "foundation/HeapBlock.h"
+
+#include "foundation/GException.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace zmr {
+
+void* allocate_block(std::size_t size)
+{
+    return resize_block(nullptr, size);
+}
+
+void* resize_block(void* block, std::size_t size)
+{
+    for (;;) {
+        if (void* resized = std::realloc(block, size == 0 ? 1 : size))
+            return resized;
+        const std::new_handler handler = std::get_new_handler();
+        if (handler == nullptr)
+            throw OutOfMemory_Exception();
+        handler();
+    }
+}
+
+}  // namespace zmr
