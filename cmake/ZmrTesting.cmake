@@ -12,6 +12,14 @@ set(BUILD_GMOCK ON)
 add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
 include(GoogleTest)
 
+# What the tests of several folders share, as "tests/TemporaryFolder.h".
+add_library(zmr_test_headers INTERFACE)
+file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/floors/zmr_test_headers)
+file(CREATE_LINK ${PROJECT_SOURCE_DIR}/tests ${PROJECT_BINARY_DIR}/floors/zmr_test_headers/tests
+     SYMBOLIC)
+target_include_directories(zmr_test_headers INTERFACE
+    ${PROJECT_BINARY_DIR}/floors/zmr_test_headers)
+
 # zmr_add_test(<folder> SOURCES <source>... LINK <target>... [TIMEOUT <seconds>] [DATA <folder>])
 # builds the program test_<folder>. LINK names folders' targets, whose objects and those of all the
 # floors below are taken in directly, and other libraries. The tests are called
@@ -29,7 +37,8 @@ function(zmr_add_test folder)
     set(others ${arg_LINK})
     list(REMOVE_ITEM others ${floors})
     target_link_libraries(${program} PRIVATE
-        ${floors} ${others} GTest::gmock GTest::gtest_main zmr_warnings)
+        ${floors} ${others}
+        zmr_test_headers GTest::gmock GTest::gtest_main zmr_warnings)
     target_compile_definitions(${program} PRIVATE ZMR_GV_STATIC)
     if(arg_DATA)
         target_compile_definitions(${program} PRIVATE ZMR_TEST_DATA="${arg_DATA}")
