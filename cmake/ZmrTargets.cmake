@@ -79,3 +79,59 @@ function(zmr_add_library)
         target_link_options(ZMR_GV PRIVATE LINKER:--no-undefined)
     endif()
 endfunction()
+
+# zmr_link_objects(<program> <target>...): links the folders' objects themselves, with those of all
+# the floors below, and other targets as they are. So hidden parts can be reached too.
+function(zmr_link_objects program)
+    zmr_floors_below(floors ${ARGN})
+    set(others ${ARGN})
+    list(REMOVE_ITEM others ${floors})
+    target_link_libraries(${program} PRIVATE ${floors} ${others})
+    target_compile_definitions(${program} PRIVATE ZMR_GV_STATIC)
+endfunction()
+
+# zmr_add_fuzz(<name> SOURCES <source>... LINK <target>...): the libFuzzer program fuzz_<name>. As a
+# test it runs for ZMR_FUZZ_SECONDS on the inputs in fuzz/corpus/<name>; what it finds beyond them is
+# kept in the build folder.
+set(ZMR_FUZZ_SECONDS 5 CACHE STRING "How long a fuzz target runs as a test")
+add_custom_target(zmr_fuzz_programs)
+function(zmr_add_fuzz name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+    set(program fuzz_${name})
+    add_executable(${program} ${arg_SOURCES})
+    zmr_link_objects(${program} ${arg_LINK})
+    target_link_libraries(${program} PRIVATE zmr_warnings)
+    target_link_options(${program} PRIVATE -fsanitize=fuzzer)
+    add_dependencies(zmr_fuzz_programs ${program})
+    set(found ${PROJECT_BINARY_DIR}/fuzz/${name}/corpus)
+    file(MAKE_DIRECTORY ${found})
+    set(corpus "")
+    if(IS_DIRECTORY ${PROJECT_SOURCE_DIR}/fuzz/corpus/${name})
+        set(corpus ${PROJECT_SOURCE_DIR}/fuzz/corpus/${name})
+    endif()
+    add_test(NAME fuzz.${name}
+             COMMAND ${program} -max_total_time=${ZMR_FUZZ_SECONDS} -timeout=10 -rss_limit_mb=1024
+                     -artifact_prefix=${PROJECT_BINARY_DIR}/fuzz/${name}/ ${found} ${corpus})
+    math(EXPR limit "${ZMR_FUZZ_SECONDS} + 120")
+    set_tests_properties(fuzz.${name} PROPERTIES TIMEOUT ${limit} LABELS fuzz)
+endfunction()
+
+# zmr_add_benchmark(<name> SOURCES <source>... LINK <target>...): the Google Benchmark program
+# bench_<name>, built by the target zmr_benchmarks and not by default.
+add_custom_target(zmr_benchmarks)
+function(zmr_add_benchmark name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+    set(program bench_${name})
+    add_executable(${program} EXCLUDE_FROM_ALL ${arg_SOURCES})
+    zmr_link_objects(${program} ${arg_LINK})
+    target_link_libraries(${program} PRIVATE benchmark::benchmark zmr_test_headers zmr_warnings)
+    add_dependencies(zmr_benchmarks ${program})
+endfunction()
+
+# What the programs that test the library share, as "tests/TemporaryFolder.h".
+add_library(zmr_test_headers INTERFACE)
+file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/floors/zmr_test_headers)
+file(CREATE_LINK ${PROJECT_SOURCE_DIR}/tests ${PROJECT_BINARY_DIR}/floors/zmr_test_headers/tests
+     SYMBOLIC)
+target_include_directories(zmr_test_headers INTERFACE
+    ${PROJECT_BINARY_DIR}/floors/zmr_test_headers)

@@ -1,8 +1,6 @@
 # Unit tests: one GoogleTest program for each folder and lane.
 if(WIN32)
     set(ZMR_LANE win)
-elseif(ZMR_BUILD_FUZZERS)
-    set(ZMR_LANE fuzz)
 else()
     set(ZMR_LANE native)
 endif()
@@ -11,14 +9,6 @@ set(INSTALL_GTEST OFF)
 set(BUILD_GMOCK ON)
 add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
 include(GoogleTest)
-
-# What the tests of several folders share, as "tests/TemporaryFolder.h".
-add_library(zmr_test_headers INTERFACE)
-file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/floors/zmr_test_headers)
-file(CREATE_LINK ${PROJECT_SOURCE_DIR}/tests ${PROJECT_BINARY_DIR}/floors/zmr_test_headers/tests
-     SYMBOLIC)
-target_include_directories(zmr_test_headers INTERFACE
-    ${PROJECT_BINARY_DIR}/floors/zmr_test_headers)
 
 # zmr_add_test(<folder> SOURCES <source>... LINK <target>... [TIMEOUT <seconds>] [DATA <folder>])
 # builds the program test_<folder>. LINK names folders' targets, whose objects and those of all the
@@ -33,13 +23,9 @@ function(zmr_add_test folder)
     endif()
     set(program test_${folder})
     add_executable(${program} ${arg_SOURCES})
-    zmr_floors_below(floors ${arg_LINK})
-    set(others ${arg_LINK})
-    list(REMOVE_ITEM others ${floors})
+    zmr_link_objects(${program} ${arg_LINK})
     target_link_libraries(${program} PRIVATE
-        ${floors} ${others}
         zmr_test_headers GTest::gmock GTest::gtest_main zmr_warnings)
-    target_compile_definitions(${program} PRIVATE ZMR_GV_STATIC)
     if(arg_DATA)
         target_compile_definitions(${program} PRIVATE ZMR_TEST_DATA="${arg_DATA}")
     endif()
