@@ -38,7 +38,8 @@ struct LibraryContent {
     bool in_blocks = false;      ///< Has a checksum for each kBlockBytes, behind the stored bytes.
     std::uint64_t length = 0;    ///< Bytes of the content.
     std::uint64_t stored = 0;    ///< Bytes in the file; equals `length` unless compressed.
-    std::uint64_t position = 0;  ///< Of the first stored byte from the file's start.
+    std::uint64_t position = 0;  ///< Of the first stored byte from the file's start; 0 when it is
+                                 ///< not written yet, which pin() sees to.
     std::uint64_t checksum =
         0;              ///< Of the stored bytes, or of the table of their blocks' checksums.
     std::string label;  ///< As given to put.

@@ -65,6 +65,9 @@ struct LibraryStatistics {
 /// Gives the next bytes of a content whose size may be unknown: fills up to `size` bytes at `data`
 /// and sets `done`, 0 at the end. False gives up.
 using LibrarySource = std::function<bool(void* data, std::size_t size, std::size_t& done)>;
+/// Told now and then how far long work has come, in bytes; false stops it. `all` may grow
+/// meanwhile.
+using LibraryProgress = std::function<bool(std::uint64_t done, std::uint64_t all)>;
 
 /// The file that holds a library: entries of bytes under (directory, name, type), committed so that
 /// a crash or a power cut at any instant leaves the last commit. docs/library-format.md tells the
@@ -221,11 +224,13 @@ public:
     // Care.
     /// Moves what lies behind free space into it by ordinary commits, then cuts the file's end.
     /// What is seen does not change, and stopping it anywhere changes nothing. Pins and readers of
-    /// older states limit what is won. False when it is no writer, a scope is open, or error() is
-    /// set.
-    bool pack();
-    /// Reads and checks everything; `visit` is told of each damage. True when there was none.
-    bool verify(const std::function<void(const LibraryDamage&)>& visit) const;
+    /// older states limit what is won. False when it is no writer, a scope is open, `progress`
+    /// stopped it, or error() is set.
+    bool pack(const LibraryProgress& progress = {});
+    /// Reads and checks everything; `visit` is told of each damage. True when there was none and
+    /// `progress` did not stop it.
+    bool verify(const std::function<void(const LibraryDamage&)>& visit,
+                const LibraryProgress& progress = {}) const;
     [[nodiscard]] LibraryStatistics statistics() const;
 
 private:
