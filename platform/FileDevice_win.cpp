@@ -268,27 +268,6 @@ private:
     mutable std::vector<Range> ranges_;  ///< What this device holds now.
 };
 
-/// `name` for the wide functions. A long one is made absolute and marked, so that the system's
-/// limit of 260 characters does not hold for it. False when it is no name.
-bool system_name(const std::string& name, std::wstring& wide)
-{
-    constexpr std::size_t kLongestPlain = 247;
-    if (!to_wide(name, wide))
-        return false;
-    if (wide.size() <= kLongestPlain || wide.starts_with(L"\\\\?\\"))
-        return true;
-    const DWORD needed = ::GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr);
-    if (needed == 0)
-        return false;
-    std::wstring full(needed, L'\0');
-    const DWORD count = ::GetFullPathNameW(wide.c_str(), needed, full.data(), nullptr);
-    if (count == 0 || count >= needed)
-        return false;
-    full.resize(count);
-    wide = full.starts_with(L"\\\\") ? L"\\\\?\\UNC\\" + full.substr(2) : L"\\\\?\\" + full;
-    return true;
-}
-
 DWORD share_mode(FileShare share)
 {
     switch (share) {
@@ -323,7 +302,7 @@ public:
                                      FileShare share, FileError& error) override
     {
         std::wstring wide;
-        if (!system_name(name, wide)) {
+        if (!to_wide_path(name, wide)) {
             error = error_of(ERROR_INVALID_NAME);
             return nullptr;
         }
@@ -348,7 +327,7 @@ public:
     {
         std::wstring wide_from;
         std::wstring wide_to;
-        if (!system_name(from, wide_from) || !system_name(to, wide_to))
+        if (!to_wide_path(from, wide_from) || !to_wide_path(to, wide_to))
             return error_of(ERROR_INVALID_NAME);
         constexpr DWORD kHow = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
         if (!::MoveFileExW(wide_from.c_str(), wide_to.c_str(), kHow))
@@ -359,7 +338,7 @@ public:
     FileError remove(const std::string& name) override
     {
         std::wstring wide;
-        if (!system_name(name, wide))
+        if (!to_wide_path(name, wide))
             return error_of(ERROR_INVALID_NAME);
         if (!::DeleteFileW(wide.c_str()))
             return last_error();

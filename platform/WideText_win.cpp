@@ -1,5 +1,7 @@
 #include "platform/WideText.h"
 
+#include "platform/Windows.h"
+
 #include <utf8cpp/utf8.h>
 
 #include <iterator>
@@ -14,6 +16,25 @@ bool to_wide(std::string_view text, std::wstring& wide)
     converted.reserve(text.size());
     utf8::utf8to16(text.begin(), text.end(), std::back_inserter(converted));
     wide = std::move(converted);
+    return true;
+}
+
+bool to_wide_path(std::string_view name, std::wstring& wide)
+{
+    constexpr std::size_t kLongestPlain = 247;
+    if (!to_wide(name, wide))
+        return false;
+    if (wide.size() <= kLongestPlain || wide.starts_with(L"\\\\?\\"))
+        return true;
+    const DWORD needed = ::GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr);
+    if (needed == 0)
+        return false;
+    std::wstring full(needed, L'\0');
+    const DWORD count = ::GetFullPathNameW(wide.c_str(), needed, full.data(), nullptr);
+    if (count == 0 || count >= needed)
+        return false;
+    full.resize(count);
+    wide = full.starts_with(L"\\\\") ? L"\\\\?\\UNC\\" + full.substr(2) : L"\\\\?\\" + full;
     return true;
 }
 
