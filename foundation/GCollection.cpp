@@ -6,7 +6,6 @@
 #include "foundation/opstream.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <utility>
@@ -56,7 +55,7 @@ GCollection& GCollection::operator=(const GCollection& other)
 GCollection::~GCollection()
 {
     empty();
-    std::free(items);
+    zmr::free_block(items);
 }
 
 void GCollection::shut_down()
@@ -114,7 +113,7 @@ void GCollection::setLimit(long new_limit)
     if (new_limit == limit_)
         return;
     if (new_limit == 0) {
-        std::free(std::exchange(items, nullptr));
+        zmr::free_block(std::exchange(items, nullptr));
     } else {
         items = static_cast<void**>(zmr::resize_block(items, bytes_of(new_limit)));
     }

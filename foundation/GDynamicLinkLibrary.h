@@ -20,4 +20,7 @@ public:
     [[nodiscard]] static GString LastError();
 
     HINSTANCE module = nullptr;  ///< Null when nothing is loaded.
+
+private:
+    void unload();
 };

@@ -9,7 +9,6 @@
 
 #include <array>
 #include <climits>
-#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <utility>
@@ -92,7 +91,7 @@ bool is_static(const char* text)
 void free_text(char* text)
 {
     if (!is_static(text))
-        std::free(header_of(text));
+        zmr::free_block(header_of(text));
 }
 
 char* copy_text(char* text)
@@ -441,5 +440,5 @@ char* gnewstr(const char* text)
 
 void gfreestr(char* text)
 {
-    std::free(text);
+    zmr::free_block(text);
 }

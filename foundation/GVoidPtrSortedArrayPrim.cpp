@@ -2,7 +2,6 @@
 
 #include "foundation/HeapBlock.h"
 
-#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <utility>
@@ -36,7 +35,7 @@ GVoidPtrSortedArrayPrim& GVoidPtrSortedArrayPrim::operator=(const GVoidPtrSorted
 
 GVoidPtrSortedArrayPrim::~GVoidPtrSortedArrayPrim()
 {
-    std::free(items);
+    zmr::free_block(items);
 }
 
 long GVoidPtrSortedArrayPrim::insert_item(const void* item)

@@ -24,4 +24,9 @@ void* resize_block(void* block, std::size_t size)
     }
 }
 
+void free_block(void* block) noexcept
+{
+    std::free(block);
+}
+
 }  // namespace zmr

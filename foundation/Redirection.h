@@ -18,6 +18,9 @@ public:
     /// one of the masks. The case of ASCII letters does not count.
     [[nodiscard]] bool match(const char* name) const;
     [[nodiscard]] const GString& masks() const { return masks_; }
+    /// Linear, as the directories stand in the order in which they are asked.
+    bool search(const void* key, long& index) const override;
+    long v_index_of(const void* item) const override;
     /// Adds a directory behind the others; unlike its base the item keeps that order.
     long v_insert(void* item) override;
     void read(ipstream& in) override;
@@ -36,4 +39,6 @@ public:
     /// The first item that matches, or null.
     [[nodiscard]] const RedirectionItem* find(const char* name) const;
     [[nodiscard]] const RedirectionItem* at(long index) const;
+    /// Null for an object of another class.
+    void* read_item(ipstream& in) override;
 };

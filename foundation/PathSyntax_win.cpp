@@ -1,0 +1,109 @@
+#include "foundation/PathSyntax.h"
+
+#include "platform/WideText.h"
+#include "platform/Windows.h"
+
+#include <algorithm>
+
+namespace zmr {
+
+const char kSeparator = '\\';
+const LetterCase kPathCase = LetterCase::Ignored;
+
+namespace {
+
+constexpr std::size_t kLongestName = 255;    // in UTF-16 units, as below
+constexpr std::size_t kLongestPath = 32000;  // the system's 32767 less room for a longer root
+
+bool is_drive(std::string_view path)
+{
+    return path.size() >= 2 && path[1] == ':' && fold_ascii(path[0]) >= 'a' &&
+           fold_ascii(path[0]) <= 'z';
+}
+
+/// The place behind the name that begins at `place`, and behind its separator.
+std::size_t behind_name(std::string_view path, std::size_t place)
+{
+    while (place < path.size() && !is_separator(path[place]))
+        ++place;
+    return place < path.size() ? place + 1 : place;
+}
+
+/// The current directory of the process for "", of a drive for "C:".
+std::string current_directory(const wchar_t* of)
+{
+    std::wstring directory;
+    DWORD size = 512;
+    for (;;) {
+        directory.resize(size);
+        const DWORD count = ::GetFullPathNameW(of, size, directory.data(), nullptr);
+        if (count == 0)
+            return {};
+        if (count < size) {
+            directory.resize(count);
+            return to_utf8(directory);
+        }
+        size = count + 1;
+    }
+}
+
+bool is_valid_name(std::wstring_view name)
+{
+    if (name.size() > kLongestName)
+        return false;
+    return std::all_of(name.begin(), name.end(), [](wchar_t unit) {
+        return unit >= L' ' && unit != L'<' && unit != L'>' && unit != L':' && unit != L'"' &&
+               unit != L'|';
+    });
+}
+
+}  // namespace
+
+std::size_t root_length(std::string_view path)
+{
+    if (is_drive(path))
+        return path.size() > 2 && is_separator(path[2]) ? 3 : 2;
+    if (path.empty() || !is_separator(path[0]))
+        return 0;
+    if (path.size() < 2 || !is_separator(path[1]))
+        return 1;
+    return behind_name(path, behind_name(path, 2));  // a server and what it shares
+}
+
+std::string full_base(std::string_view root)
+{
+    if (root.empty())
+        return current_directory(L".");
+    if (root.size() == 2 && is_drive(root))
+        return current_directory(std::wstring{static_cast<wchar_t>(root[0]), L':'}.c_str());
+    if (root.size() == 1) {
+        const std::string current = current_directory(L".");
+        return current.substr(0, root_length(current));
+    }
+    return std::string(root);
+}
+
+bool is_valid_path(std::string_view path)
+{
+    std::wstring wide;
+    if (path.empty() || !to_wide(path, wide) || wide.size() > kLongestPath)
+        return false;
+    // A root is made of ASCII or of names that are looked at here as well.
+    std::wstring_view rest = wide;
+    if (is_drive(path))
+        rest.remove_prefix(2);
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find_first_of(L"/\\"), rest.size());
+        if (!is_valid_name(rest.substr(0, end)))
+            return false;
+        rest.remove_prefix(end < rest.size() ? end + 1 : end);
+    }
+    return true;
+}
+
+std::string system_path(std::string_view path)
+{
+    return std::string(path);
+}
+
+}  // namespace zmr
