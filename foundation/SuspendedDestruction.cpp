@@ -20,15 +20,20 @@ struct Waiting {
     std::atomic<bool> enabled = false;
 };
 
-constinit zmr::Immortal<Waiting> g_waiting;
+/// Made at the first use: a mutex is not constant-initialised everywhere.
+[[nodiscard]] Waiting& waiting()
+{
+    static zmr::Immortal<Waiting> objects;
+    return *objects;
+}
 
 }  // namespace
 
 void SuspendedDestruction::Enable(unsigned char enable)
 {
     {
-        const std::lock_guard lock(g_waiting->mutex);
-        g_waiting->enabled = enable != 0;
+        const std::lock_guard lock(waiting().mutex);
+        waiting().enabled = enable != 0;
     }
     if (enable == 0)
         DestroyAll();
@@ -36,41 +41,43 @@ void SuspendedDestruction::Enable(unsigned char enable)
 
 bool SuspendedDestruction::IsEnabled()
 {
-    return g_waiting->enabled;
+    return waiting().enabled;
 }
 
 bool SuspendedDestruction::Add(GObject* object)
 {
-    if (!g_waiting->enabled)
+    Waiting& all = waiting();
+    if (!all.enabled)
         return false;
-    const std::lock_guard lock(g_waiting->mutex);
-    if (!g_waiting->enabled)
+    const std::lock_guard lock(all.mutex);
+    if (!all.enabled)
         return false;
     try {
-        g_waiting->objects.push_back(object);
+        all.objects.push_back(object);
     } catch (const std::bad_alloc&) {
         return false;  // with no memory to wait in, it is freed at once
     }
-    object->waiting_index_ = g_waiting->objects.size() - 1;
+    object->waiting_index_ = all.objects.size() - 1;
     object->object_flags_ |= GObject::kWaiting;
-    g_waiting->any = true;
+    all.any = true;
     return true;
 }
 
 void SuspendedDestruction::Forget(GObject* object)
 {
-    const std::lock_guard lock(g_waiting->mutex);
-    g_waiting->objects[object->waiting_index_] = nullptr;
+    const std::lock_guard lock(waiting().mutex);
+    waiting().objects[object->waiting_index_] = nullptr;
 }
 
 void SuspendedDestruction::DestroyAll()
 {
-    if (!g_waiting->any.load(std::memory_order_relaxed))
+    Waiting& all = waiting();
+    if (!all.any.load(std::memory_order_relaxed))
         return;
     // One at a time: a destructor may destroy more, delete one that waits, or come back here.
-    std::unique_lock lock(g_waiting->mutex);
-    while (g_waiting->first < g_waiting->objects.size()) {
-        GObject* object = g_waiting->objects[g_waiting->first++];
+    std::unique_lock lock(all.mutex);
+    while (all.first < all.objects.size()) {
+        GObject* object = all.objects[all.first++];
         if (object == nullptr)
             continue;
         object->pointers_ = nullptr;
@@ -80,7 +87,7 @@ void SuspendedDestruction::DestroyAll()
         delete object;
         lock.lock();
     }
-    g_waiting->objects.clear();
-    g_waiting->first = 0;
-    g_waiting->any = false;
+    all.objects.clear();
+    all.first = 0;
+    all.any = false;
 }
