@@ -13,14 +13,14 @@ namespace zmr {
 /// beside it in FileError.
 enum class FileErrorKind : std::uint8_t {
     None,
-    NotFound,       ///< No such file, or a directory of its path is missing.
-    AccessDenied,   ///< Permissions, a read-only file or disk, or a directory where a file is meant.
+    NotFound,      ///< No such file, or a directory of its path is missing.
+    AccessDenied,  ///< Permissions, a read-only file or disk, or a directory where a file is meant.
     AlreadyExists,  ///< Asked to create a new file, and there is one.
-    InUse,          ///< Another process holds it open in a way that forbids this, or holds the lock.
-    DiskFull,       ///< No space, or beyond a quota or a size limit.
-    TooManyOpen,    ///< The process or the system is out of file handles.
-    BadName,        ///< The name can't be a file's name on this system.
-    Other           ///< A device error; see the text.
+    InUse,        ///< Another process holds it open in a way that forbids this, or holds the lock.
+    DiskFull,     ///< No space, or beyond a quota or a size limit.
+    TooManyOpen,  ///< The process or the system is out of file handles.
+    BadName,      ///< The name can't be a file's name on this system.
+    Other         ///< A device error; see the text.
 };
 
 /// The outcome of one operation; converts to true when it failed. A plain value.
@@ -67,8 +67,8 @@ public:
     FileDevice(const FileDevice&) = delete;
     FileDevice& operator=(const FileDevice&) = delete;
 
-    /// Reads up to `size` bytes from `position`. `done` receives the count: less than `size` only at
-    /// the end of the file (then without an error) or on an error.
+    /// Reads up to `size` bytes from `position`. `done` receives the count: less than `size` only
+    /// at the end of the file (then without an error) or on an error.
     [[nodiscard]] virtual FileError read_at(std::uint64_t position, void* data, std::size_t size,
                                             std::size_t& done) const = 0;
     /// Writes all of `data`, extending the file as needed (a gap reads as zeros). On an error any
@@ -80,11 +80,11 @@ public:
     [[nodiscard]] virtual FileError set_length(std::uint64_t bytes) = 0;
     /// Returns when everything written so far, and the length, is on the disk.
     [[nodiscard]] virtual FileError sync() = 0;
-    /// Tries to lock the range without waiting; InUse when another process or another device of this
-    /// process holds it. The range may lie behind the end. Locks belong to this device alone: they go
-    /// when it is closed or the process ends in any way, never when another device on the file closes.
-    /// A range that this device holds shared may be locked exclusive (and back) by a second call; on
-    /// Windows this lets go for an instant.
+    /// Tries to lock the range without waiting; InUse when another process or another device of
+    /// this process holds it. The range may lie behind the end. Locks belong to this device alone:
+    /// they go when it is closed or the process ends in any way, never when another device on the
+    /// file closes. A range that this device holds shared may be locked exclusive (and back) by a
+    /// second call; on Windows this lets go for an instant.
     [[nodiscard]] virtual FileError lock(std::uint64_t position, std::uint64_t size,
                                          FileLockKind kind) = 0;
     /// Lets a range go that was locked with the same numbers.
@@ -108,14 +108,14 @@ class ZMR_GV_API FileSystemDevice {
 public:
     virtual ~FileSystemDevice() = default;
     /// Null on failure, with the reason in `error`. A directory is AccessDenied.
-    [[nodiscard]] virtual std::unique_ptr<FileDevice> open(const std::string& name, FileAccess access,
-                                                           FileCreate create, FileShare share,
-                                                           FileError& error) = 0;
+    [[nodiscard]] virtual std::unique_ptr<FileDevice> open(const std::string& name,
+                                                           FileAccess access, FileCreate create,
+                                                           FileShare share, FileError& error) = 0;
     /// Replaces `to` when it exists, in one step that a crash leaves either undone or done.
     [[nodiscard]] virtual FileError rename(const std::string& from, const std::string& to) = 0;
     [[nodiscard]] virtual FileError remove(const std::string& name) = 0;
-    /// Makes the entries of the directory that holds `name` durable. A no-op where the system has no
-    /// such call.
+    /// Makes the entries of the directory that holds `name` durable. A no-op where the system has
+    /// no such call.
     [[nodiscard]] virtual FileError sync_directory_of(const std::string& name) = 0;
 
     /// The real file system of this machine. Never destroyed.

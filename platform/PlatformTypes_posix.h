@@ -10,21 +10,7 @@ using ULONGLONG = std::uint64_t;
 using DWORD_PTR = std::uintptr_t;
 using COLORREF = DWORD;
 
-struct tagPOINT {
-    LONG x;
-    LONG y;
-};
-struct tagSIZE {
-    LONG cx;
-    LONG cy;
-};
-struct tagRECT {
-    LONG left;
-    LONG top;
-    LONG right;
-    LONG bottom;
-};
-struct tagPOINTS {
-    short x;
-    short y;
-};
+struct tagPOINT;  // whole in "platform/PlatformRecordsOfLane.h"
+struct tagSIZE;
+struct tagRECT;
+struct tagPOINTS;

@@ -1,7 +1,6 @@
 #pragma once
 
-// The very types of <windows.h>, named without it. Who needs the records whole includes
-// "platform/Windows.h".
+// The very types of <windows.h>, named without it.
 
 using DWORD = unsigned long;
 using LONG = long;
@@ -10,7 +9,7 @@ using ULONGLONG = unsigned long long;
 using DWORD_PTR = unsigned long long;
 using COLORREF = DWORD;
 
-struct tagPOINT;
+struct tagPOINT;  // whole in "platform/PlatformRecordsOfLane.h"
 struct tagSIZE;
 struct tagRECT;
 struct tagPOINTS;

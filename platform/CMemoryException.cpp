@@ -1,0 +1,12 @@
+#include "platform/CMemoryException.h"
+
+std::string CMemoryException::message() const
+{
+    return "There is not enough memory.";
+}
+
+void AfxThrowMemoryException()
+{
+    static CMemoryException only(BOOL{0});
+    throw &only;
+}

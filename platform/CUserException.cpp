@@ -1,0 +1,12 @@
+#include "platform/CUserException.h"
+
+std::string CUserException::message() const
+{
+    return {};
+}
+
+void AfxThrowUserException()
+{
+    static CUserException only(BOOL{0});
+    throw &only;
+}
