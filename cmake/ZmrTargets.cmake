@@ -71,6 +71,10 @@ function(zmr_add_library)
     target_compile_features(ZMR_GV INTERFACE cxx_std_20)
     if(WIN32)
         set_target_properties(ZMR_GV PROPERTIES PREFIX "")
+        # The library's entry function: in the library only, a program that takes in the objects has
+        # none.
+        target_sources(ZMR_GV PRIVATE ${PROJECT_SOURCE_DIR}/foundation/ModuleEntry_win.cpp)
+        target_compile_definitions(ZMR_GV PRIVATE ZMR_GV_BUILD)
         zmr_runtime_beside(${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
         configure_file(${PROJECT_SOURCE_DIR}/cmake/windows/version.rc.in
                        ${PROJECT_BINARY_DIR}/version.rc @ONLY)
