@@ -1,0 +1,3 @@
+#include "graphics/AbstractImage.h"
+
+AbstractImage::~AbstractImage() = default;
