@@ -1,0 +1,74 @@
+#pragma once
+
+#include "foundation/GFile.h"
+#include "foundation/GLock.h"
+#include "foundation/TGVector.h"
+#include "foundation/iopstream.h"
+#include "store/LibraryFile.h"
+#include "store/LoadedInstances.h"
+#include "store/ResourceFile.h"
+
+#include <map>
+#include <memory>
+
+namespace zmr {
+class ServerStream;
+}
+
+/// The one open file behind all the clients that opened it, found by the file's identity, not by
+/// its name. Lives from the first client's `open` to the last one's `close`.
+class ZMR_GV_API ResourceFileServer {
+public:
+    ResourceFileServer(const ResourceFileServer&) = delete;
+    ResourceFileServer& operator=(const ResourceFileServer&) = delete;
+
+    /// Not 0 once a write, a sync or the lock was lost: the last commit is intact, and writing does
+    /// nothing until the last client closes.
+    [[nodiscard]] int error() const;
+    /// What happened, for a message; empty without an error.
+    [[nodiscard]] GString error_text() const;
+    /// The stream of the whole file, for reading only and only under `lock`. Writing to it throws.
+    [[nodiscard]] iopstream& get_stream();
+
+    mutable GCriticalSection
+        lock;  ///< Held while an object is loaded and while the stream is used.
+    TGVector<ResourceFile*> clients;  ///< In the order of their opening; read only.
+
+private:
+    friend class ResourceFile;
+    friend class GResourceIterator;
+    friend class GResourceTypeIterator;
+    friend class GResourceSubDirectoryIterator;
+
+    ResourceFileServer();
+    ~ResourceFileServer();
+
+    /// Adds `client` to the server of that file, which is opened when none is there. Null, with the
+    /// reason, on failure.
+    static ResourceFileServer* Attach(ResourceFile& client, const GFile& file, bool to_write,
+                                      ResourceFile::OpenFailure& failure, std::string& reason);
+    static ResourceFileServer* Join(ResourceFile& client, ResourceFileServer* server);
+    /// Takes the client out. The last one closes the file and ends the server.
+    static void Detach(ResourceFile& client, ResourceFileServer* server);
+
+    /// The library's form of a path, kept for the next call; null for one beyond the limits.
+    const zmr::LibraryPath* library_path(const GResourcePath& path) const;
+    void apply_kind();
+    void note_unreadable(const GResourceFullName& name, const char* reason) const;
+    void note_damage_of_engine() const;
+    void replace_instance(const zmr::LibraryPath& path, const GResourceFullName& name,
+                          GStreamable* instance);
+    void destroy_instance(const zmr::LibraryPath& path, const GResourceFullName& name);
+    ResourceFileBlock pin_block(const zmr::LibraryPath& path, const GResourceFullName& name);
+
+    zmr::LibraryFile library_;
+    zmr::LoadedInstances loaded_;
+    GFile filename_;
+    GString kind_;  ///< Set while the file is not made yet, written with its first change.
+    bool kind_waits_ = false;
+    mutable GResourcePath last_path_;
+    mutable zmr::LibraryPath last_library_path_;
+    mutable ResourceFile::Damage damage_;
+    std::map<std::uint64_t, zmr::LibraryContent> blocks_;  ///< Handed out, by position; pinned.
+    std::unique_ptr<zmr::ServerStream> stream_;
+};
