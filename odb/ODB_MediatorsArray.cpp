@@ -1,0 +1,84 @@
+#include "odb/ODB_MediatorsArray.h"
+
+#include "odb/ODB_ContentsFilter.h"
+#include "odb/ODB_Mediator.h"
+
+#include <cassert>
+#include <cstring>
+
+G_DEFINE_CLASS(ODB_MediatorsArray, GSortedCollection);
+
+ODB_MediatorsArray::ODB_MediatorsArray() : GSortedCollection(0, 16, 0)
+{
+    duplicates = true;
+}
+
+ODB_MediatorsArray::ODB_MediatorsArray(const ODB_MediatorsArray& other) : ODB_MediatorsArray()
+{
+    *this = other;
+}
+
+ODB_MediatorsArray& ODB_MediatorsArray::operator=(const ODB_MediatorsArray& other)
+{
+    if (this == &other)
+        return *this;
+    empty();
+    for (long i = 0; i < other.count; ++i)
+        v_at_insert(i, other.items[i]);
+    return *this;
+}
+
+ODB_MediatorsArray::~ODB_MediatorsArray()
+{
+    empty();
+}
+
+const void* ODB_MediatorsArray::keyOf(const void* item) const
+{
+    return static_cast<const ODB_Mediator*>(item)->get_DB_key().text;
+}
+
+int ODB_MediatorsArray::compare(const void* key1, const void* key2) const
+{
+    return std::strcmp(static_cast<const char*>(key1), static_cast<const char*>(key2));
+}
+
+void ODB_MediatorsArray::freeItem(void* item)
+{
+    GStreamable* const mediator = static_cast<ODB_Mediator*>(item);
+    delete mediator;
+}
+
+ODB_Mediator& ODB_MediatorsArray::at(long index) const
+{
+    assert(index >= 0 && index < count);
+    return *static_cast<ODB_Mediator*>(items[index]);
+}
+
+void ODB_MediatorsArray::at_remove(long index)
+{
+    v_at_remove(index);
+}
+
+long ODB_MediatorsArray::find(const GString& key) const
+{
+    long index = 0;
+    return search(key.text, index) ? index : -1;
+}
+
+void ODB_MediatorsArray::get_names(GStringCollection& result) const
+{
+    result.empty();
+    result.owns_items = 1;
+    for (long i = 0; i < count; ++i)
+        result.v_at_insert(i, gnewstr(at(i).get_DB_key().text));
+}
+
+void ODB_MediatorsArray::apply_filter(const ODB_ContentsFilter& filter)
+{
+    auto& asked = const_cast<ODB_ContentsFilter&>(filter);  // hosts override `accept` without const
+    for (long i = count - 1; i >= 0; --i) {
+        if (asked.accept(at(i)) == 0)
+            v_at_remove(i);
+    }
+}

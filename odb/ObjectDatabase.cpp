@@ -1,0 +1,453 @@
+#include "odb/ObjectDatabase.h"
+
+#include "foundation/GLock.h"
+#include "foundation/ipstream.h"
+#include "foundation/opstream.h"
+#include "odb/ODB_InternalObject.h"
+#include "odb/ODB_MediatorsArray.h"
+#include "odb/ODB_Options.h"
+#include "store/GResourceIterators.h"
+#include "store/ResourceFileServer.h"
+
+G_DEFINE_CLASS(ObjectDatabase, ResourceFile);
+
+const GString ObjectDatabase::MediatorResourceType(".ODB mediators");
+const GString ObjectDatabase::ODB_IconResourceType(".ODB icon");
+const GCallBackReason ObjectDatabase::Reason_MediatorModified;
+
+ObjectDatabase::ObjectDatabase(const char* file, GIO::IOOpenMode mode) : ResourceFile(file, mode)
+{
+    ResourceFile::RegisterCallback(Reason_DirectoryRenamed, &ResFileCallBackFunc, this);
+    ResourceFile::set_type(MediatorResourceType);
+}
+
+ObjectDatabase::ObjectDatabase(const ObjectDatabase& other) : ResourceFile(other)
+{
+    ResourceFile::RegisterCallback(Reason_DirectoryRenamed, &ResFileCallBackFunc, this);
+}
+
+ObjectDatabase& ObjectDatabase::operator=(const ObjectDatabase& other)
+{
+    if (this == &other)
+        return *this;
+    close();
+    ResourceFile::operator=(other);
+    options_ = other.options_.get();
+    return *this;
+}
+
+ObjectDatabase::~ObjectDatabase()
+{
+    ResourceFile::UnRegisterCallback(GAnyReason, &ResFileCallBackFunc, this);
+    ObjectDatabase::close();
+}
+
+void ObjectDatabase::read(ipstream& in)
+{
+    static_cast<void>(in.readByte());
+    ResourceFile::read(in);
+}
+
+void ObjectDatabase::write(opstream& out)
+{
+    out.writeByte(0);
+    ResourceFile::write(out);
+}
+
+void ObjectDatabase::close()
+{
+    if (server != nullptr) {
+        // Loaded mediators outlive this client, because the server holds them.
+        ODB_MediatorsArray attached;
+        get_cached_mediators(GResourcePath(), attached, true);
+        for (long i = attached.count - 1; i >= 0; --i) {
+            ODB_Mediator& mediator = attached.at(i);
+            if (mediator.get_DB() == this)
+                mediator.set_DB(nullptr);
+            else
+                attached.at_remove(i);
+        }
+        GCollection others(0, 4, 0);
+        get_all_clients(others, false);
+        if (others.count > 0) {
+            auto* heir = static_cast<ObjectDatabase*>(others.at(0));
+            for (long i = attached.count - 1; i >= 0; --i)
+                attached.at(i).set_DB(heir);
+        }
+    }
+    options_ = nullptr;
+    ResourceFile::close();
+}
+
+void ObjectDatabase::set_type(const GString&) {}
+
+void ObjectDatabase::pack()
+{
+    if (!is_writable())
+        return;
+    {
+        const CommitScope scope(*this);
+        TGVector<GResourceFullName> icons(0, 4);
+        collect_icon_names(GResourcePath(), icons);
+        for (long i = icons.count - 1; i >= 0; --i) {
+            GResourceFullName mediator = icons[i];
+            mediator.type = MediatorResourceType;
+            if (!object_exists(mediator))
+                ResourceFile::remove(icons[i]);
+        }
+    }
+    ResourceFile::pack();
+}
+
+void ObjectDatabase::collect_icon_names(const GResourcePath& path,
+                                        TGVector<GResourceFullName>& names) const
+{
+    GResourceFullName name(path, GString(), ODB_IconResourceType);
+    for (GResourceIterator icon(*this, name); icon.index >= 0; --icon) {
+        name.name = icon.element();
+        names[names.count] = name;
+    }
+    for (GResourceSubDirectoryIterator below(*this, path); below.index >= 0; --below) {
+        GResourcePath deeper = path;
+        deeper += below.element();
+        collect_icon_names(deeper, names);
+    }
+}
+
+GResourceFullName ObjectDatabase::mediator_name(const GString& name) const
+{
+    return {current_path, name, MediatorResourceType};
+}
+
+bool ObjectDatabase::object_exists(const GString& name) const
+{
+    return object_exists(mediator_name(name));
+}
+
+bool ObjectDatabase::object_exists(const GResourcePath& path, const GString& name) const
+{
+    return object_exists(GResourceFullName(path, name, MediatorResourceType));
+}
+
+bool ObjectDatabase::object_exists(const GResourceFullName& name) const
+{
+    return ResourceFile::exist(name);
+}
+
+void ObjectDatabase::append_object(const GStreamable* object, const GString& name,
+                                   ODB_Mediator* mediator)
+{
+    append_object(object, mediator_name(name), mediator);
+}
+
+void ObjectDatabase::append_object(const GStreamable* object, const GResourcePath& path,
+                                   const GString& name, ODB_Mediator* mediator)
+{
+    append_object(object, GResourceFullName(path, name, MediatorResourceType), mediator);
+}
+
+void ObjectDatabase::append_object(const GStreamable* object, const GResourceFullName& name,
+                                   ODB_Mediator* mediator)
+{
+    const GResourceFullName place = name;  // `name` may be a mediator's own, which dies on the way
+    const CommitScope scope(*this);
+    ODB_Mediator* const made = mediator == nullptr ? new ODB_InternalObject : nullptr;
+    ODB_Mediator* const storing = made != nullptr ? made : mediator;
+    try {
+        attach_object_to_DB(storing, place);
+        storing->store_object(object);
+    } catch (...) {
+        GStreamable::Destroy(made);
+        throw;
+    }
+    ResourceFile::put(storing, place, true);
+}
+
+GStreamable* ObjectDatabase::get_object(const GString& name)
+{
+    return get_object(mediator_name(name));
+}
+
+GStreamable* ObjectDatabase::get_object(const GResourcePath& path, const GString& name)
+{
+    return get_object(GResourceFullName(path, name, MediatorResourceType));
+}
+
+GStreamable* ObjectDatabase::get_object(const GResourceFullName& name)
+{
+    ODB_Mediator* const mediator = get_mediator(name);
+    if (mediator == nullptr)
+        return nullptr;
+    const GResourceFullName place = name;
+    const GSingleLock locked(server->lock);
+    return load_through_conversions(*mediator, place);
+}
+
+void ObjectDatabase::remove_object(const GString& name)
+{
+    remove_object(mediator_name(name));
+}
+
+void ObjectDatabase::remove_object(const GResourcePath& path, const GString& name)
+{
+    remove_object(GResourceFullName(path, name, MediatorResourceType));
+}
+
+void ObjectDatabase::remove_object(const GResourceFullName& name)
+{
+    if (!is_writable())
+        return;
+    ODB_Mediator* const mediator = get_mediator(name);
+    if (mediator == nullptr)
+        return;
+    GResourceFullName resource = name;
+    const CommitScope scope(*this);
+    mediator->remove_all();
+    for (GResourceTypeIterator type(*this, resource.path()); type.index >= 0; --type) {
+        if (type.element() == ODB_IconResourceType)
+            continue;
+        resource.type = type.element();
+        ResourceFile::remove(resource);
+    }
+}
+
+void ObjectDatabase::rename_object(const GString& from, const GString& to)
+{
+    rename_object(mediator_name(from), mediator_name(to));
+}
+
+void ObjectDatabase::rename_object(const GResourcePath& from_path, const GString& from_name,
+                                   const GResourcePath& to_path, const GString& to_name)
+{
+    rename_object(GResourceFullName(from_path, from_name, MediatorResourceType),
+                  GResourceFullName(to_path, to_name, MediatorResourceType));
+}
+
+void ObjectDatabase::rename_object(const GResourceFullName& from, const GResourceFullName& to)
+{
+    if (!is_writable())
+        return;
+    ODB_Mediator* const mediator = get_mediator(from);
+    if (mediator == nullptr || from == to)
+        return;
+    GResourceFullName source = from;
+    GResourceFullName target = to;
+    const CommitScope scope(*this);
+    mediator->set_DB_resname(target);
+    for (GResourceTypeIterator type(*this, source.path()); type.index >= 0; --type) {
+        source.type = type.element();
+        target.type = type.element();
+        ResourceFile::rename(source, target);
+    }
+}
+
+void ObjectDatabase::copy_object_to(const GString& from, ObjectDatabase& target, const GString& to)
+{
+    if (server == target.server && from == to)
+        return;
+    copy_object_to(mediator_name(from), target, mediator_name(to));
+}
+
+void ObjectDatabase::copy_object_to(const GResourcePath& from_path, const GString& from_name,
+                                    ObjectDatabase& target, const GResourcePath& to_path,
+                                    const GString& to_name)
+{
+    copy_object_to(GResourceFullName(from_path, from_name, MediatorResourceType), target,
+                   GResourceFullName(to_path, to_name, MediatorResourceType));
+}
+
+void ObjectDatabase::copy_object_to(const GResourceFullName& from, ObjectDatabase& target,
+                                    const GResourceFullName& to)
+{
+    if (server == target.server && from == to)
+        return;
+    ODB_Mediator* const source = get_mediator(from);
+    if (source == nullptr)
+        return;
+    GResourceFullName source_name = from;
+    GResourceFullName target_name = to;
+    const CommitScope scope(target);
+    auto* const copy = static_cast<ODB_Mediator*>(source->clone(true));
+    if (copy == nullptr)
+        return;
+    target.attach_object_to_DB(copy, target_name);
+    copy->copy_object_from(*source);
+    target.put(copy, target_name, true);
+    for (GResourceTypeIterator type(*this, source_name.path()); type.index >= 0; --type) {
+        if (IsMediatorType(type.element()))
+            continue;
+        source_name.type = type.element();
+        target_name.type = type.element();
+        target.copy_from(target_name, *this, source_name);
+    }
+}
+
+ODB_Mediator* ObjectDatabase::get_mediator(const GString& name)
+{
+    return get_mediator(mediator_name(name));
+}
+
+ODB_Mediator* ObjectDatabase::get_mediator(const GResourcePath& path, const GString& name)
+{
+    return get_mediator(GResourceFullName(path, name, MediatorResourceType));
+}
+
+ODB_Mediator* ObjectDatabase::get_mediator(const GResourceFullName& name)
+{
+    auto* const mediator = zmr::class_cast<ODB_Mediator>(ResourceFile::get(name, true));
+    if (mediator != nullptr && mediator->get_DB() == nullptr)
+        attach_mediator_to_DB(mediator, name);
+    return mediator;
+}
+
+void ObjectDatabase::get_contents(ODB_MediatorsArray& result, bool recursive)
+{
+    get_contents(current_path, result, recursive);
+}
+
+void ObjectDatabase::get_contents(const GResourcePath& path, ODB_MediatorsArray& result,
+                                  bool recursive)
+{
+    GResourceFullName name(path, GString(), MediatorResourceType);
+    for (GResourceIterator entry(*this, name); entry.index >= 0; --entry) {
+        name.name = entry.element();
+        if (ODB_Mediator* const mediator = get_mediator(name))
+            result.v_insert(mediator);
+    }
+    if (!recursive)
+        return;
+    for (GResourceSubDirectoryIterator below(*this, path); below.index >= 0; --below) {
+        GResourcePath deeper = path;
+        deeper += below.element();
+        get_contents(deeper, result, true);
+    }
+}
+
+void ObjectDatabase::get_cached_mediators(const GResourcePath& path, ODB_MediatorsArray& result,
+                                          bool recursive)
+{
+    for_each_loaded(path, MediatorResourceType, recursive,
+                    [&result](const GResourceFullName&, GStreamable* instance) {
+                        if (auto* const mediator = zmr::class_cast<ODB_Mediator>(instance))
+                            result.v_insert(mediator);
+                    });
+}
+
+void ObjectDatabase::get_names(GStringCollection& result, bool recursive)
+{
+    get_names(current_path, result, recursive);
+}
+
+void ObjectDatabase::get_names(const GResourcePath& path, GStringCollection& result, bool recursive)
+{
+    ODB_MediatorsArray contents;
+    get_contents(path, contents, recursive);
+    contents.get_names(result);
+}
+
+void ObjectDatabase::copy_to(ObjectDatabase& target)
+{
+    if (server == target.server)
+        return;
+    ODB_MediatorsArray contents;
+    get_contents(GResourcePath(), contents, true);
+    for (long i = 0; i < contents.count; ++i) {
+        const GResourceFullName name = contents.at(i).get_DB_resname();
+        copy_object_to(name, target, name);
+    }
+}
+
+void ObjectDatabase::empty()
+{
+    if (!is_writable())
+        return;
+    const CommitScope scope(*this);
+    ODB_MediatorsArray contents;
+    get_contents(GResourcePath(), contents, true);
+    for (long i = contents.count - 1; i >= 0; --i)
+        contents.at(i).remove_all();
+    options_ = nullptr;
+    ResourceFile::empty();
+}
+
+void ObjectDatabase::shrink_filename(GFile& file) const
+{
+    GFile directory = get_filename();
+    directory.just_directory();
+    file.shrink(directory.text);
+}
+
+bool ObjectDatabase::IsMediatorType(const GString& type)
+{
+    return type == MediatorResourceType;
+}
+
+void ObjectDatabase::attach_object_to_DB(ODB_Mediator* mediator, const GResourceFullName& name)
+{
+    if (mediator == nullptr)
+        return;
+    const ODB_Mediator* const old = get_mediator(name);
+    attach_mediator_to_DB(mediator, name);
+    if (old != nullptr && !(*old == *mediator))
+        remove_object(name);
+}
+
+void ObjectDatabase::attach_mediator_to_DB(ODB_Mediator* mediator, const GResourceFullName& name)
+{
+    if (mediator == nullptr)
+        return;
+    mediator->set_DB(this);
+    mediator->set_DB_resname(name);
+}
+
+void ObjectDatabase::notify_about_mediator_modification(ODB_Mediator* mediator)
+{
+    ResourceFile::put(mediator, mediator->get_DB_resname(), true);
+    MediatorModifiedInfo info;
+    info.server = server;
+    info.mediator = mediator;
+    ResourceFile::EvokeCallback(Reason_MediatorModified, info);
+}
+
+void ObjectDatabase::get_all_clients(GCollection& clients, bool include_self) const
+{
+    get_all_clients(server, clients, include_self);
+}
+
+void ObjectDatabase::get_all_clients(const ResourceFileServer* of_server, GCollection& clients,
+                                     bool include_self) const
+{
+    clients.empty();
+    clients.owns_items = 0;
+    if (of_server == nullptr)
+        return;
+    const TGVector<ResourceFile*>& all = of_server->clients;
+    for (long i = all.count - 1; i >= 0; --i) {
+        auto* const database = zmr::class_cast<ObjectDatabase>(all[i]);
+        if (database != nullptr && (include_self || database != this))
+            clients.v_insert(database);
+    }
+}
+
+void ObjectDatabase::directory_renamed(const GResourcePath& old_path, const GResourcePath& new_path)
+{
+    ODB_MediatorsArray moved;
+    get_cached_mediators(new_path, moved, true);
+    for (long i = moved.count - 1; i >= 0; --i) {
+        ODB_Mediator& mediator = moved.at(i);
+        if (mediator.get_DB() != this)
+            continue;
+        GResourceFullName name = mediator.get_DB_resname();
+        if (name.rename_path_from_root(old_path, new_path))
+            mediator.set_DB_resname(name);
+    }
+}
+
+void ObjectDatabase::ResFileCallBackFunc(GCallBackReason, void* info, void* user)
+{
+    const auto* const renamed =
+        static_cast<const DirectoryRenamedInfo*>(static_cast<const Reason_BaseInfo*>(info));
+    auto* const database = static_cast<ObjectDatabase*>(user);
+    if (renamed->server == database->server)
+        database->directory_renamed(*renamed->old_path, *renamed->new_path);
+}
