@@ -35,3 +35,8 @@ GObjectFileFormat* GObjectFileFormat::Find(const char* file)
     }
     return nullptr;
 }
+
+std::span<GObjectFileFormat* const> GObjectFileFormat::All()
+{
+    return *g_formats;
+}

@@ -3,6 +3,8 @@
 #include "foundation/GStreamable.h"
 #include "foundation/GString.h"
 
+#include <span>
+
 /// Reads and writes objects of one kind in files of their own: a picture, a model. Formats register
 /// for the life of their module, usually as static objects, and are asked by users that know no
 /// format themselves. Registration runs while a module loads; the rest in any thread.
@@ -28,4 +30,7 @@ public:
     static void Unregister(GObjectFileFormat& format);
     /// The first format that recognises the file, or null.
     [[nodiscard]] static GObjectFileFormat* Find(const char* file);
+    /// All formats in the order of registration, for callers that look for one which can write.
+    /// Valid until one registers or leaves.
+    [[nodiscard]] static std::span<GObjectFileFormat* const> All();
 };
