@@ -43,11 +43,6 @@ void GSortedCollection::restore_order()
     };
     if (!std::is_sorted(items, items + count, before))
         std::stable_sort(items, items + count, before);
-    if (duplicates)
-        return;
-    for (long index = count - 1; index > 0; --index)
-        if (index < count && !before(items[index - 1], items[index]))
-            at_free(index);
 }
 
 const void* GSortedCollection::keyOf(const void* item) const

@@ -14,8 +14,8 @@ public:
     }
 
     /// Reads the duplicates flag and the items. Items that don't stand in the order of their keys
-    /// here (addresses differ from run to run) are sorted, nulls are taken out, and without
-    /// `duplicates` all but the first of equal key are, too (freed when they are owned).
+    /// here (addresses differ from run to run) are sorted, and nulls are taken out. Equal keys of
+    /// damaged data stay: the stream may refer to such an item again.
     void read(ipstream& in) override;
     void write(opstream& out) override;
 

@@ -88,10 +88,12 @@ bool is_valid_path(std::string_view path)
     std::wstring wide;
     if (path.empty() || !to_wide(path, wide) || wide.size() > kLongestPath)
         return false;
-    // A root is made of ASCII or of names that are looked at here as well.
+    // The marks of a root are ASCII, as long in UTF-16; the names in it are looked at as all
+    // others.
+    constexpr std::string_view kLongMark = "\\\\?\\";
+    const std::size_t mark = path.starts_with(kLongMark) ? kLongMark.size() : 0;
     std::wstring_view rest = wide;
-    if (is_drive(path))
-        rest.remove_prefix(2);
+    rest.remove_prefix(is_drive(path.substr(mark)) ? mark + 2 : mark);
     while (!rest.empty()) {
         const std::size_t end = std::min(rest.find_first_of(L"/\\"), rest.size());
         if (!is_valid_name(rest.substr(0, end)))
