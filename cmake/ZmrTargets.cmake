@@ -97,7 +97,7 @@ endfunction()
 # zmr_add_fuzz(<name> SOURCES <source>... LINK <target>...): the libFuzzer program fuzz_<name>. As a
 # test it runs for ZMR_FUZZ_SECONDS on the inputs in fuzz/corpus/<name>; what it finds beyond them is
 # kept in the build folder.
-set(ZMR_FUZZ_SECONDS 5 CACHE STRING "How long a fuzz target runs as a test")
+set(ZMR_FUZZ_SECONDS 2 CACHE STRING "How long a fuzz target runs as a test")
 add_custom_target(zmr_fuzz_programs)
 function(zmr_add_fuzz name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
@@ -114,8 +114,8 @@ function(zmr_add_fuzz name)
         set(corpus ${PROJECT_SOURCE_DIR}/fuzz/corpus/${name})
     endif()
     add_test(NAME fuzz.${name}
-             COMMAND ${program} -max_total_time=${ZMR_FUZZ_SECONDS} -timeout=10 -rss_limit_mb=1024
-                     -artifact_prefix=${PROJECT_BINARY_DIR}/fuzz/${name}/ ${found} ${corpus})
+             COMMAND ${program} -max_total_time=${ZMR_FUZZ_SECONDS} -timeout=5 -rss_limit_mb=512
+                     -malloc_limit_mb=256 -artifact_prefix=${PROJECT_BINARY_DIR}/fuzz/${name}/ ${found} ${corpus})
     math(EXPR limit "${ZMR_FUZZ_SECONDS} + 120")
     set_tests_properties(fuzz.${name} PROPERTIES TIMEOUT ${limit} LABELS fuzz)
 endfunction()
