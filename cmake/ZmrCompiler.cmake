@@ -22,6 +22,12 @@ find_package(Threads REQUIRED)
 add_library(zmr_warnings INTERFACE)
 target_compile_options(zmr_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # The same set as GCC's: there -Wconversion is without changes of sign. A folder's -Wno- options
+    # are GCC's.
+    target_compile_options(zmr_warnings INTERFACE
+        -Wno-sign-conversion -Wno-unknown-warning-option)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # GCC 12 sees these in its own vector and string when it has inlined them; the sanitizers' lane
     # finds the true ones.
