@@ -67,7 +67,7 @@ public:
     [[nodiscard]] LibraryEntryView operator[](std::size_t index) const;
 
 private:
-    friend class LibraryFile;
+    friend class DirectoryIndex;
     struct Place {
         std::uint32_t block;
         std::uint32_t record;

@@ -92,6 +92,7 @@ public:
     static constexpr std::size_t kMaxNameBytes = 1024;  ///< Of a name and of a type.
     static constexpr std::size_t kMaxLabelBytes = 255;
     static constexpr std::size_t kMaxFileKindBytes = 1024;
+    static constexpr std::size_t kMaxTypesInDirectory = 65536;
     static constexpr std::uint64_t kCommitBytes = 4u << 20;
     static constexpr std::uint64_t kCommitSeconds = 1;
     /// Contents up to this lie with the index, read together with it.
@@ -115,8 +116,8 @@ public:
     /// already. On any other status it stays a reader of what it saw. Pinned contents stay
     /// readable.
     [[nodiscard]] LibraryOpenResult begin_writing(std::string_view owner = {});
-    /// Lets a reader see the newest commit. False when that can't be read, and the old one stays;
-    /// always true for a writer.
+    /// Lets a reader see the newest commit; always true for a writer. False when that can't be
+    /// read: then nothing is seen until a call that succeeds.
     [[nodiscard]] bool refresh();
     /// Commits, writes a root so that the next open has nothing to follow, and lets go of all. True
     /// unless error() is set; the object is closed in either case. Open scopes and pins end.

@@ -176,7 +176,7 @@ void BlockRef::read(ByteReader& in, std::uint64_t file_end)
     checksum = in.u64();
     if (length == 0)
         return;
-    if (position < kDataStart || position > file_end || length > file_end - position)
+    if (position < kDataStart + kFrameBytes || position > file_end || length > file_end - position)
         in.fail();
 }
 
@@ -280,7 +280,8 @@ FileRange EntryValue::range() const
 {
     if (has(kInIndex))
         return {};
-    return {position, stored + (has(kInBlocks) ? block_table_bytes(stored) : 0)};
+    const std::uint64_t table = has(kInBlocks) ? block_table_bytes(stored) : 0;
+    return {position - kFrameBytes, kFrameBytes + stored + table};
 }
 
 void EntryValue::write(ByteWriter& out) const
@@ -316,7 +317,7 @@ void EntryValue::read(ByteReader& in, std::uint64_t file_end)
     }
     position = in.varint();
     checksum = in.u64();
-    if (position < kDataStart || position > file_end || stored > file_end - position)
+    if (position < kDataStart + kFrameBytes || position > file_end || stored > file_end - position)
         in.fail();
     else if (has(kInBlocks) && block_table_bytes(stored) > file_end - position - stored)
         in.fail();

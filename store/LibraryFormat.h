@@ -101,6 +101,11 @@ struct BlockRef {
     std::uint64_t position = 0;
     std::uint64_t length = 0;
     std::uint64_t checksum = 0;
+    /// The space it takes, with its frame.
+    [[nodiscard]] FileRange range() const
+    {
+        return length == 0 ? FileRange() : FileRange{position - kFrameBytes, length + kFrameBytes};
+    }
     void write(ByteWriter& out) const;
     /// Bad unless it lies between the start of the data and `file_end`.
     void read(ByteReader& in, std::uint64_t file_end);
@@ -149,7 +154,7 @@ struct EntryValue {
     std::string_view bytes;      ///< The stored bytes of a content in the index.
 
     [[nodiscard]] bool has(std::uint8_t flag) const { return (flags & flag) != 0; }
-    /// The file space of a content outside the index, its table of checksums included.
+    /// The space that a content outside the index takes, with its frame and table of checksums.
     [[nodiscard]] FileRange range() const;
     void write(ByteWriter& out) const;
     /// Bad when it contradicts itself or lies outside a file of `file_end` bytes.

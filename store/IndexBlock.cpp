@@ -1,0 +1,157 @@
+#include "store/IndexBlock.h"
+
+#include <utility>
+
+namespace zmr {
+
+std::shared_ptr<const IndexBlock> IndexBlock::Make(std::string bytes, Kind kind,
+                                                   std::uint64_t position, std::uint64_t file_end)
+{
+    ByteReader head(bytes);
+    const std::uint32_t magic = head.u32();
+    const std::uint32_t records = head.u32();
+    const std::uint32_t strings = head.u32();
+    static_cast<void>(head.u32());
+    if (!head.good() || magic != static_cast<std::uint32_t>(kind) || records > head.left() / 4)
+        return nullptr;
+
+    std::shared_ptr<IndexBlock> block(new IndexBlock);  // the constructor is private
+    block->bytes_ = std::move(bytes);
+    block->count_ = records;
+    block->position_ = position;
+    block->file_end_ = file_end;
+    ByteReader in(std::string_view(block->bytes_).substr(kHeadBytes + std::size_t{records} * 4));
+    if (strings > in.left())
+        return nullptr;
+    block->strings_.reserve(strings);
+    for (std::uint32_t i = 0; i < strings && in.good(); ++i)
+        block->strings_.push_back(in.text());
+    return in.good() ? block : nullptr;
+}
+
+std::string_view IndexBlock::string(ByteReader& in) const
+{
+    const std::uint64_t number = in.varint();
+    if (number < strings_.size())
+        return strings_[static_cast<std::size_t>(number)];
+    in.fail();
+    return {};
+}
+
+ByteReader IndexBlock::record(std::size_t index) const
+{
+    const std::uint32_t offset = load_u32(bytes_.data() + kHeadBytes + index * 4);
+    const std::string_view all = bytes_;
+    return ByteReader(offset < all.size() ? all.substr(offset) : std::string_view());
+}
+
+bool IndexBlock::key(std::size_t index, EntryKey& key) const
+{
+    ByteReader in = record(index);
+    key.type = string(in);
+    key.name = in.text();
+    return in.good();
+}
+
+bool IndexBlock::entry(std::size_t index, EntryRecord& entry) const
+{
+    ByteReader in = record(index);
+    entry.key.type = string(in);
+    entry.key.name = in.text();
+    entry.label = string(in);
+    entry.value.read(in, file_end_);
+    if (!in.good())
+        return false;
+    if (position_ != 0 && entry.value.has(EntryValue::kInIndex))
+        entry.value.position =
+            position_ + static_cast<std::uint64_t>(entry.value.bytes.data() - bytes_.data());
+    return true;
+}
+
+template <class Below>
+std::size_t IndexBlock::partition_point(Below below) const
+{
+    std::size_t first = 0;
+    std::size_t left = count_;
+    while (left > 0) {
+        const std::size_t half = left / 2;
+        if (below(first + half)) {
+            first += half + 1;
+            left -= half + 1;
+        } else {
+            left = half;
+        }
+    }
+    return first;
+}
+
+std::size_t IndexBlock::lower_bound(const EntryKey& key) const
+{
+    return partition_point([&](std::size_t index) {
+        EntryKey other;
+        return this->key(index, other) && other < key;
+    });
+}
+
+bool IndexBlock::directory_key(std::size_t index, std::string_view& key) const
+{
+    ByteReader in = record(index);
+    key = in.text();
+    return in.good();
+}
+
+std::size_t IndexBlock::lower_bound_directory(std::string_view key) const
+{
+    return partition_point([&](std::size_t index) {
+        std::string_view other;
+        return directory_key(index, other) && other < key;
+    });
+}
+
+ByteWriter& IndexBlockBuilder::begin_record()
+{
+    offsets_.push_back(static_cast<std::uint32_t>(records_.size()));
+    return out_;
+}
+
+std::uint32_t IndexBlockBuilder::string_number(std::string_view text)
+{
+    const auto [place, added] =
+        numbers_.try_emplace(std::string(text), static_cast<std::uint32_t>(numbers_.size()));
+    if (added)
+        ByteWriter(strings_).text(text);
+    return place->second;
+}
+
+void IndexBlockBuilder::add_entry(const EntryKey& key, std::string_view label,
+                                  const EntryValue& value)
+{
+    ByteWriter& out = begin_record();
+    out.varint(string_number(key.type));
+    out.text(key.name);
+    out.varint(string_number(label));
+    value.write(out);
+}
+
+std::string IndexBlockBuilder::finish()
+{
+    std::string bytes;
+    bytes.reserve(size());
+    ByteWriter out(bytes);
+    out.u32(static_cast<std::uint32_t>(kind_));
+    out.u32(static_cast<std::uint32_t>(offsets_.size()));
+    out.u32(static_cast<std::uint32_t>(numbers_.size()));
+    out.u32(0);
+    const std::size_t records_at = IndexBlock::kHeadBytes + offsets_.size() * 4 + strings_.size();
+    for (const std::uint32_t offset : offsets_)
+        out.u32(static_cast<std::uint32_t>(records_at + offset));
+    out.bytes(strings_);
+    out.bytes(records_);
+    offsets_.clear();
+    numbers_.clear();
+    strings_.clear();
+    records_.clear();
+    return bytes;
+}
+
+}  // namespace zmr

@@ -1,0 +1,336 @@
+#include "store/LibraryState.h"
+
+#include <thread>
+#include <utility>
+
+// Opening, locking, finding the last commit, closing.
+namespace zmr {
+namespace {
+
+constexpr int kLockTries = 50;  // of two milliseconds each
+constexpr auto kLockPause = std::chrono::milliseconds(2);
+
+LibraryOpenResult refused(LibraryOpenStatus status, std::string text)
+{
+    return {status, {}, std::move(text)};
+}
+
+LibraryOpenResult failed(const FileError& error)
+{
+    return {LibraryOpenStatus::Failed, error, error.text()};
+}
+
+std::string read_sector(const FileDevice& device, std::uint64_t position)
+{
+    std::string sector(kSectorBytes, '\0');
+    std::size_t done = 0;
+    if (device.read_at(position, sector.data(), sector.size(), done))
+        done = 0;
+    sector.resize(done);
+    return sector;
+}
+
+}  // namespace
+
+LibraryOpenResult LibraryState::open(const std::string& name, LibraryAccess access,
+                                     std::string_view owner_text)
+{
+    if (is_open)
+        close();
+    forget_all();
+    LibraryOpenResult result = open_device(name, access, owner_text);
+    if (result.status != LibraryOpenStatus::Ok) {
+        storage.detach();
+        forget_all();
+        return result;
+    }
+    name_ = name;
+    owner_ = std::string(owner_text);
+    is_open = true;
+    writable = access == LibraryAccess::Write;
+    return result;
+}
+
+LibraryOpenResult LibraryState::open_device(const std::string& name, LibraryAccess access,
+                                            std::string_view owner_text)
+{
+    const bool writes = access == LibraryAccess::Write;
+    FileError error;
+    auto device = files.open(name, writes ? FileAccess::ReadWrite : FileAccess::Read,
+                             FileCreate::OpenExisting, FileShare::ReadWrite, error);
+    if (device == nullptr) {
+        if (error.kind != FileErrorKind::NotFound)
+            return failed(error);
+        if (!writes)
+            return refused(LibraryOpenStatus::Missing, "there is no such file");
+        storage.attach_missing(name, std::string(owner_text));
+        index.reset({});
+        return {LibraryOpenStatus::Ok, {}, {}};
+    }
+    device->advise_random();
+    if (writes) {
+        LibraryOpenResult locked = lock_writer(*device);
+        if (locked.status != LibraryOpenStatus::Ok)
+            return locked;
+    } else if (!lock_reader(*device)) {
+        return failed({FileErrorKind::InUse, 0});
+    }
+
+    std::string fixed(kDataStart, '\0');
+    std::size_t done = 0;
+    if ((error = device->read_at(0, fixed.data(), fixed.size(), done)))
+        return failed(error);
+    fixed.resize(done);
+    std::uint64_t bytes = 0;
+    if ((error = device->length(bytes)))
+        return failed(error);
+    const HeaderKind header = decode_header(std::string_view(fixed).substr(0, kSectorBytes));
+    if (bytes <= kDataStart && is_unfinished(fixed)) {
+        if (!writes && header == HeaderKind::Foreign)
+            return refused(LibraryOpenStatus::NotALibrary, "the file is not a library");
+        storage.attach(std::move(device), name, std::string(owner_text), true);
+        index.reset({});
+        return {LibraryOpenStatus::Ok, {}, {}};
+    }
+    storage.attach(std::move(device), name, std::string(owner_text), false);
+    LibraryOpenResult result = load();
+    if (result.status != LibraryOpenStatus::Ok)
+        return result;
+    if (writes && stale_)
+        return refused(LibraryOpenStatus::Damaged,
+                       "the newest state is damaged; an older one can be read");
+    if (!writes) {
+        keep_reader_lock();
+        return result;
+    }
+    // A killed writer's last commits may be in the system's memory only.
+    if ((record_bytes_ > 0 || root_unnamed_) && !storage.sync())
+        return failed(storage.error());
+    if (!storage.write_fixed(kOwnerPosition, encode_owner(owner_text)))
+        return failed(storage.error());
+    return result;
+}
+
+LibraryOpenResult LibraryState::lock_writer(FileDevice& device)
+{
+    const FileError error = device.lock(kWriterLock, 1, FileLockKind::Exclusive);
+    if (!error)
+        return {LibraryOpenStatus::Ok, {}, {}};
+    if (error.kind != FileErrorKind::InUse)
+        return failed(error);
+    std::string owner;
+    if (!decode_owner(read_sector(device, kOwnerPosition), owner) || owner.empty())
+        owner = "another program";
+    return {LibraryOpenStatus::Locked, error, "in use by " + owner};
+}
+
+bool LibraryState::lock_reader(FileDevice& device)
+{
+    // Whoever cuts the file holds these ranges for as long as a few syncs take.
+    for (int i = 0; i < kLockTries; ++i) {
+        const FileError error = device.lock(kReaderLocks, 1, FileLockKind::Shared);
+        // Where the system has no locks, reading goes on without: nobody can cut there safely.
+        if (error.kind != FileErrorKind::InUse)
+            return true;
+        std::this_thread::sleep_for(kLockPause);
+    }
+    return false;
+}
+
+LibraryOpenResult LibraryState::load()
+{
+    std::string fixed(kDataStart, '\0');
+    const std::size_t done = storage.read_some(0, fixed.data(), fixed.size());
+    fixed.resize(done);
+    std::uint64_t bytes = 0;
+    if (const FileError error = storage.device()->length(bytes))
+        return failed(error);
+    const std::string_view view = fixed;
+    const auto sector = [&](std::uint64_t at) {
+        return at < view.size() ? view.substr(static_cast<std::size_t>(at), kSectorBytes)
+                                : std::string_view();
+    };
+    for (std::size_t i = 0; i < 2; ++i)
+        slot_valid_[i] = decode_slot(sector(kSlotPosition[i]), slots_[i]);
+    const HeaderKind header = decode_header(sector(0));
+    if (header == HeaderKind::Newer)
+        return refused(LibraryOpenStatus::NewerFormat,
+                       "the library was written by a newer version");
+    if (!slot_valid_[0] && !slot_valid_[1]) {
+        if (header == HeaderKind::Foreign)
+            return refused(LibraryOpenStatus::NotALibrary, "the file is not a library");
+        return refused(LibraryOpenStatus::Damaged, "both of the library's roots are damaged");
+    }
+    if (!slot_valid_[0] || !slot_valid_[1])
+        damage.note(LibraryDamage::Part::RootSlot, {}, {}, {}, "one of the two roots is damaged");
+
+    const std::size_t newer =
+        !slot_valid_[0] || (slot_valid_[1] && slots_[1].number > slots_[0].number) ? 1 : 0;
+    bool found = load_from(slots_[newer], bytes);
+    if (!found && slot_valid_[1 - newer])
+        found = load_from(slots_[1 - newer], bytes);
+    if (!found)
+        return refused(LibraryOpenStatus::Damaged, "neither of the library's roots can be read");
+    const bool whole = storage.end() <= bytes && follow_tail(bytes);
+    stale_ = !whole || number_ < slots_[newer].number;
+    if (stale_)
+        damage.note(LibraryDamage::Part::RootSlot, {}, {}, {},
+                    "the newest state is damaged; this is an older one");
+    return {LibraryOpenStatus::Ok, {}, {}};
+}
+
+void LibraryState::keep_reader_lock()
+{
+    // A state of no commits is held by the lock that every opening reader takes.
+    FileDevice& device = *storage.device();
+    if (number_ > 0 && !device.lock(kReaderLocks + number_, 1, FileLockKind::Shared))
+        device.unlock(kReaderLocks, 1);
+    reader_number_ = number_;
+}
+
+LibraryOpenResult LibraryState::begin_writing(std::string_view owner_text)
+{
+    if (writable)
+        return {LibraryOpenStatus::Ok, {}, {}};
+    if (!is_open || busy)
+        return refused(LibraryOpenStatus::Failed, "the library is not open");
+    FileError error;
+    auto device = files.open(name_, FileAccess::ReadWrite, FileCreate::OpenExisting,
+                             FileShare::ReadWrite, error);
+    if (device == nullptr)
+        return error.kind == FileErrorKind::NotFound
+                   ? refused(LibraryOpenStatus::Missing, "there is no such file")
+                   : failed(error);
+    FileIdentity mine;
+    FileIdentity other;
+    if (storage.device()->identity(mine) || device->identity(other) || !(mine == other))
+        return refused(LibraryOpenStatus::Missing, "the file was replaced by another");
+    device->advise_random();
+    LibraryOpenResult result = lock_writer(*device);
+    if (result.status != LibraryOpenStatus::Ok)
+        return result;
+
+    std::string fixed(kDataStart, '\0');
+    std::uint64_t bytes = 0;
+    std::size_t done = 0;
+    if ((error = device->length(bytes)) ||
+        (error = device->read_at(0, fixed.data(), fixed.size(), done)))
+        return failed(error);
+    fixed.resize(done);
+    auto reader = storage.release_device();
+    const bool unfinished = bytes <= kDataStart && is_unfinished(fixed);
+    storage.attach(std::move(device), name_, std::string(owner_text), unfinished);
+    if (!unfinished) {
+        forget_commits();
+        result = load();
+        if (result.status == LibraryOpenStatus::Ok && stale_)
+            result = refused(LibraryOpenStatus::Damaged,
+                             "the newest state is damaged; an older one can be read");
+        if (result.status == LibraryOpenStatus::Ok && (record_bytes_ > 0 || root_unnamed_) &&
+            !storage.sync())
+            result = failed(storage.error());
+        if (result.status == LibraryOpenStatus::Ok &&
+            !storage.write_fixed(kOwnerPosition, encode_owner(owner_text)))
+            result = failed(storage.error());
+    }
+    if (result.status != LibraryOpenStatus::Ok) {
+        storage.attach(std::move(reader), name_, {}, false);
+        forget_commits();
+        static_cast<void>(load());
+        return result;
+    }
+    if (space_.has_pins())
+        former_reader_ = std::move(reader);
+    owner_ = std::string(owner_text);
+    writable = true;
+    return result;
+}
+
+bool LibraryState::refresh()
+{
+    if (!is_open)
+        return false;
+    if (writable)
+        return true;
+    if (!lock_reader(*storage.device()))
+        return false;
+    const std::uint64_t before = reader_number_;
+    forget_commits();
+    const bool loaded = load().status == LibraryOpenStatus::Ok;
+    if (!loaded)
+        index.reset({});
+    keep_reader_lock();
+    if (before != number_ && before > 0 && !space_.has_pins())
+        storage.device()->unlock(kReaderLocks + before, 1);
+    return loaded;
+}
+
+bool LibraryState::close()
+{
+    if (!is_open)
+        return true;
+    scopes = 0;
+    commit_wanted = false;
+    const bool dirty = !log_.empty() || index_ahead_ || record_bytes_ > 0 || root_unnamed_;
+    if (writable && dirty && !storage.error())
+        commit_now(true);
+    const bool good = !storage.error();
+    is_open = false;
+    writable = false;
+    former_reader_.reset();
+    storage.detach();
+    forget_all();
+    return good;
+}
+
+void LibraryState::forget_commits()
+{
+    log_.clear();
+    given_up_.clear();
+    cleared_ = false;
+    index_ahead_ = false;
+    space_.clear();
+    space_loaded_ = false;
+    space_advanced_ = false;
+    tail_commits_.clear();
+    records_.clear();
+    record_bytes_ = 0;
+    root_unnamed_ = false;
+    number_ = 0;
+    checksum_ = 0;
+    slots_ = {};
+    slot_valid_ = {};
+    durable_ = {};
+    fold_at_bytes_ = kFoldBytes;
+    work_bytes_ = 0;
+    has_work_ = false;
+    stale_ = false;
+    block_position_ = 0;
+    table_position_ = 0;
+}
+
+void LibraryState::forget_all()
+{
+    forget_commits();
+    space_loaded_ = true;
+    space_.unpin_all();
+    pinned_.clear();
+    index.reset({});
+    loader.clear();
+    damage.clear();
+    reader_number_ = 0;
+    busy = false;
+    name_.clear();
+}
+
+void LibraryState::go_back()
+{
+    forget_commits();
+    if (storage.device() == nullptr || load().status != LibraryOpenStatus::Ok) {
+        storage.restart_at(kDataStart);
+        index.reset({});
+        space_loaded_ = true;
+    }
+}
+
+}  // namespace zmr
