@@ -80,8 +80,12 @@ zmr_start_display()
     local number
     exec {number}< <(exec Xvfb -displayfd 1 -screen 0 1280x1024x24 -nolisten tcp 2>/dev/null)
     zmr_display_process=$!
-    read -r -t 20 -u "$number" DISPLAY_NUMBER
-    export DISPLAY=":$DISPLAY_NUMBER"
+    local display
+    if ! read -r -t 60 -u "$number" display; then
+        echo "Xvfb did not start." >&2
+        return 1
+    fi
+    export DISPLAY=":$display"
 }
 
 zmr_stop_display()
