@@ -19,15 +19,6 @@
 
 namespace zmr {
 
-/// True when `Class` says of itself that it is not to be built by name.
-template <class Class>
-constexpr bool kRefusesBuilder = [] {
-    if constexpr (requires { typename Class::NotBuiltByName; })
-        return std::is_same_v<typename Class::NotBuiltByName, Class>;
-    else
-        return false;
-}();
-
 /// Asks each base in declaration order for the sub-object of class `type`.
 template <class Class, class... Bases>
 [[nodiscard]] inline void* cast_through_bases(const Class* object, const type_info& type)
@@ -49,31 +40,32 @@ template <class Class, class... Bases>
 
 }  // namespace zmr
 
-#define G_DECLARE_CLASS(Class)                              \
-public:                                                     \
-    static const ::type_info gTypeInfo_;                    \
-    static const ::GMetaClass metaclass_;                   \
-    const ::GMetaClass* getMetaClass() const override;      \
-    const ::type_info& getTypeInfo_() const override;       \
-    void* cast_to_(const ::type_info& type) const override; \
-    static ::GRTTIObject* ClassBuilder_();                  \
-    static void ClassDestroyer_(::GRTTIObject* object);     \
-    template <class T>                                      \
-    static constexpr bool BuildsByName_()                   \
-    {                                                       \
-        if constexpr (::zmr::kRefusesBuilder<T>)            \
-            return false;                                   \
-        else                                                \
-            return requires                                 \
-            {                                               \
-                new T(::GStreamable::StreamableInit{});     \
-            }                                               \
-        || requires                                         \
-        {                                                   \
-            new T();                                        \
-        };                                                  \
-    }                                                       \
-                                                            \
+#define G_DECLARE_CLASS(Class)                                    \
+public:                                                           \
+    static const ::type_info gTypeInfo_;                          \
+    static const ::GMetaClass metaclass_;                         \
+    const ::GMetaClass* getMetaClass() const override;            \
+    const ::type_info& getTypeInfo_() const override;             \
+    void* cast_to_(const ::type_info& type) const override;       \
+    static ::GRTTIObject* ClassBuilder_();                        \
+    static void ClassDestroyer_(::GRTTIObject* object);           \
+    template <class T>                                            \
+    static constexpr bool BuildsByName_()                         \
+    {                                                             \
+        if constexpr (requires { typename T::NotBuiltByName; }) { \
+            if (std::is_same_v<typename T::NotBuiltByName, T>)    \
+                return false;                                     \
+        }                                                         \
+        return requires                                           \
+        {                                                         \
+            new T(::GStreamable::StreamableInit{});               \
+        }                                                         \
+        || requires                                               \
+        {                                                         \
+            new T();                                              \
+        };                                                        \
+    }                                                             \
+                                                                  \
 private:
 
 #define G_DEFINE_CLASS(Class, ...)                                                            \

@@ -41,11 +41,14 @@ public:
     }
     long gseek(long offset, GIO::IOSeekDirection direction) override
     {
-        std::int64_t target = offset;
+        std::int64_t from = 0;
         if (direction == GIO::SeekCurrent)
-            target += cursor_ - start_;
+            from = cursor_ - start_;
         else if (direction != GIO::SeekBegin)
-            target += static_cast<std::int64_t>(length());
+            from = static_cast<std::int64_t>(length());
+        std::int64_t target = 0;
+        if (__builtin_add_overflow(from, std::int64_t{offset}, &target))
+            return -1;
         if (target < 0 || target > static_cast<std::int64_t>(length()))
             return -1;
         end_ = std::max(cursor_, end_);
