@@ -11,8 +11,7 @@ namespace {
 /// Five bits to eight.
 unsigned char widen5(std::uint32_t part)
 {
-    part &= 31;
-    return static_cast<unsigned char>(part << 3 | part >> 2);
+    return static_cast<unsigned char>(((part & 31) * 255 + 15) / 31);
 }
 
 /// How stored pixels become 3 or 4 bytes.

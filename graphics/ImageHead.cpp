@@ -43,7 +43,9 @@ std::optional<ImageKind> recognise_image(std::span<const unsigned char> start,
         return ImageKind::Tiff;
     if (is_bmp(view))
         return ImageKind::Bmp;
-    if (hint != TgaHint::NotNamed && TgaHeader::is_plausible(view, file_bytes))
+    // Under its own name a file that was cut is known too, so that the message can say so.
+    const std::uint64_t bytes = hint == TgaHint::Named ? ~std::uint64_t{0} : file_bytes;
+    if (hint != TgaHint::NotNamed && TgaHeader::is_plausible(view, bytes))
         return ImageKind::Tga;
     return std::nullopt;
 }

@@ -42,6 +42,10 @@ public:
         }
         return {};
     }
+    [[nodiscard]] bool has_all(const TiffField& field) const
+    {
+        return bytes_.has(field.place, std::uint64_t{field.count} * field.width);
+    }
     /// Value `index` of an entry of whole numbers, or `missing`.
     [[nodiscard]] std::uint32_t value(const TiffField& field, std::uint32_t index,
                                       std::uint32_t missing) const
@@ -72,9 +76,11 @@ private:
 
 constexpr std::uint32_t kWidth = 256;
 constexpr std::uint32_t kHeight = 257;
+constexpr std::uint32_t kCompression = 259;
 constexpr std::uint32_t kStripOffsets = 273;
 constexpr std::uint32_t kOrientation = 274;
 constexpr std::uint32_t kStripByteCounts = 279;
+constexpr std::uint32_t kColorMap = 320;
 constexpr std::uint32_t kTileOffsets = 324;
 constexpr std::uint32_t kTileByteCounts = 325;
 constexpr std::uint32_t kExtraSamples = 338;
@@ -118,6 +124,8 @@ ImageHead read_tiff_head(ByteView bytes)
     // Each part has an offset of its own in the file, which bounds the loop.
     if (parts > bytes.size() || lengths.count < parts)
         refuse_image("the TIFF data is damaged");
+    if (!directory.has_all(directory.find(kColorMap)))
+        refuse_image("the TIFF data ends too early");
     std::uint64_t data_bytes = 0;
     for (std::uint32_t part = 0; part < parts; ++part) {
         const std::uint64_t length = directory.value(lengths, part, 0);
@@ -125,8 +133,11 @@ ImageHead read_tiff_head(ByteView bytes)
             refuse_image("the TIFF data ends too early");
         data_bytes = std::min(data_bytes + length, bytes.size());
     }
-    // Deflate of two-level rows is the densest of the usual kinds; fax rows cost a bit each.
-    head.max_pixels = std::max(data_bytes * 1040 * 8, data_bytes * 8 * head.width);
+    // Deflate of two-level rows is the densest of the usual kinds. A blank fax row costs a bit,
+    // which lets a white page at 600 dots per inch come near 2^16 pixels a byte.
+    const std::uint32_t compression = directory.value(directory.find(kCompression), 0, 1);
+    const bool fax = compression >= 2 && compression <= 4;
+    head.max_pixels = data_bytes * (fax ? 65536 : 1040 * 8);
     return head;
 }
 

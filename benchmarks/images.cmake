@@ -1,0 +1,6 @@
+find_package(Qt6 COMPONENTS Gui QUIET)
+find_path(ZMR_STB_FOLDER stb_image.h PATHS /usr/include/stb NO_DEFAULT_PATH)
+if(Qt6_FOUND AND ZMR_STB_FOLDER)
+    zmr_add_benchmark(images SOURCES bench_images.cpp LINK zmr_graphics Qt6::Gui zmr_codecs)
+    target_include_directories(bench_images SYSTEM PRIVATE ${ZMR_STB_FOLDER})
+endif()
