@@ -22,8 +22,8 @@ public:
     /// be built, throws UnknownStreamableType_Exception.
     ///
     /// A new object whose `read` throws, or that is no `type`, is destroyed (GStreamable::Destroy)
-    /// with all that it has claimed; later references to any of these give null. One that is no
-    /// `type` stays alive when an object that outlives it holds a reference to it.
+    /// with all that it has claimed; later references to any of these give null. When that would
+    /// leave a dangling pointer in an object that lives on, it is left alive instead.
     virtual void* readPointer(const type_info& type);
 
     /// The same as a `T*`.

@@ -23,18 +23,19 @@ struct MetClass {
 
 /// An object met in the data, by its number.
 struct MetObject {
-    GRTTIObject* root = nullptr;  ///< Null once it is gone.
+    GRTTIObject* root = nullptr;  ///< Null when it is not given out any more.
     std::uint32_t owner = kNobody;
     std::uint16_t class_number = 0;
     std::uint16_t height : 12 = 0;  ///< Of the tree that it owns.
     std::uint16_t reading : 1 = 1;
     std::uint16_t owned : 1 = 0;
-    std::uint16_t doomed : 1 = 0;  ///< Goes with the object that is being discarded.
+    std::uint16_t doomed : 1 = 0;  ///< Would go with the object that is being given up.
+    std::uint16_t gone : 1 = 0;
 };
 static_assert(ipstream::kMaxDepth < 1 << 12);
 
-/// A reference met inside the object that it leads to.
-struct InnerReference {
+/// A pointer that was handed to an object which was being read.
+struct Reference {
     std::uint32_t from;
     std::uint32_t to;
 };
@@ -56,17 +57,27 @@ struct ipstream::Graph {
     std::vector<MetClass> classes;
     std::vector<MetObject> objects;
     std::vector<std::uint32_t> claims;  ///< Made inside objects that are being read, in order.
-    std::vector<InnerReference> inner_references;
-    std::uint32_t current = kNobody;  ///< The innermost object that is being read.
-    std::uint32_t last = kNobody;     ///< What the last readPointer gave.
+    std::vector<Reference> references;  ///< The same for pointers handed out.
+    std::uint32_t current = kNobody;    ///< The innermost object that is being read.
+    std::uint32_t last = kNobody;       ///< What the last readPointer gave.
     int depth = 0;
+
+    /// How long the two lists were when the reading of an object began.
+    struct Mark {
+        std::size_t claims;
+        std::size_t references;
+    };
 
     void* cast(std::uint32_t number, const type_info& type);
     GStreamable* streamable(std::uint32_t number);
-    void doom(std::uint32_t number, std::size_t first_claim);
-    bool is_held_by_survivor(std::uint32_t number, std::size_t first_reference) const;
-    void bury(std::uint32_t number, std::size_t first_claim);
-    void pardon(std::uint32_t number, std::size_t first_claim);
+    void* hand_out(std::uint32_t number, void* part);
+    bool give_up(std::uint32_t number, Mark mark);
+
+private:
+    bool doom(std::uint32_t number, Mark mark);
+    bool is_held_by_survivor(Mark mark) const;
+    void pardon(std::uint32_t number, Mark mark);
+    void bury(std::uint32_t number, Mark mark);
 };
 
 /// The object as the asked class, or null. Its class has given the same answer before, mostly.
@@ -95,46 +106,83 @@ GStreamable* ipstream::Graph::streamable(std::uint32_t number)
     return at_offset<GStreamable>(object.root, known.streamable_offset);
 }
 
-/// Marks the object and what goes with it: all that it owns, through any owner. Claims are looked
-/// through backwards, because an object is claimed after what it claimed itself.
-void ipstream::Graph::doom(std::uint32_t number, std::size_t first_claim)
+/// Notes that the object that is being read has got the pointer, which may be null.
+void* ipstream::Graph::hand_out(std::uint32_t number, void* part)
 {
-    objects[number].doomed = 1;
-    for (std::size_t at = claims.size(); at > first_claim; --at) {
-        MetObject& object = objects[claims[at - 1]];
-        if (object.owner != kNobody && objects[object.owner].doomed != 0)
-            object.doomed = 1;
+    last = part == nullptr ? kNobody : number;
+    if (part != nullptr && current != kNobody)
+        references.push_back({current, number});
+    return part;
+}
+
+/// True when the object can be destroyed with all that it owns: then none of these is given out any
+/// more. False when that would leave a dangling pointer in an object that lives on.
+bool ipstream::Graph::give_up(std::uint32_t number, Mark mark)
+{
+    const bool all_within = doom(number, mark);
+    if (!all_within || is_held_by_survivor(mark)) {
+        pardon(number, mark);
+        return false;
     }
+    bury(number, mark);
+    return true;
 }
 
-bool ipstream::Graph::is_held_by_survivor(std::uint32_t number, std::size_t first_reference) const
+/// Marks the object and what it owns, through any owner. False when an object is among them that
+/// was met before this one, and so is known outside. Claims are looked through backwards, because
+/// an object is claimed after what it has claimed itself.
+bool ipstream::Graph::doom(std::uint32_t number, Mark mark)
 {
-    return std::any_of(inner_references.begin() + static_cast<std::ptrdiff_t>(first_reference),
-                       inner_references.end(), [&](const InnerReference& reference) {
-                           return reference.to == number && objects[reference.from].doomed == 0;
-                       });
+    bool all_within = true;
+    objects[number].doomed = 1;
+    for (std::size_t at = claims.size(); at > mark.claims; --at) {
+        MetObject& object = objects[claims[at - 1]];
+        if (objects[object.owner].doomed == 0)
+            continue;
+        object.doomed = 1;
+        all_within = all_within && claims[at - 1] > number;
+    }
+    return all_within;
 }
 
-/// Forgets what is marked: it is gone, or about to go.
-void ipstream::Graph::bury(std::uint32_t number, std::size_t first_claim)
+bool ipstream::Graph::is_held_by_survivor(Mark mark) const
 {
-    objects[number].root = nullptr;
-    const auto gone = [this](std::uint32_t claimed) {
-        MetObject& object = objects[claimed];
-        if (object.doomed == 0)
-            return false;
-        object.root = nullptr;
-        return true;
+    const auto holds = [this](const Reference& reference) {
+        const MetObject& from = objects[reference.from];
+        return objects[reference.to].doomed != 0 && from.doomed == 0 && from.gone == 0;
     };
-    const auto first = claims.begin() + static_cast<std::ptrdiff_t>(first_claim);
-    claims.erase(std::remove_if(first, claims.end(), gone), claims.end());
+    return std::any_of(references.begin() + static_cast<std::ptrdiff_t>(mark.references),
+                       references.end(), holds);
 }
 
-void ipstream::Graph::pardon(std::uint32_t number, std::size_t first_claim)
+void ipstream::Graph::pardon(std::uint32_t number, Mark mark)
 {
     objects[number].doomed = 0;
-    for (std::size_t at = first_claim; at < claims.size(); ++at)
+    for (std::size_t at = mark.claims; at < claims.size(); ++at)
         objects[claims[at]].doomed = 0;
+}
+
+void ipstream::Graph::bury(std::uint32_t number, Mark mark)
+{
+    const auto is_doomed = [this](std::uint32_t claimed) { return objects[claimed].doomed != 0; };
+    const auto end = [this](std::uint32_t doomed) {
+        MetObject& object = objects[doomed];
+        object.root = nullptr;
+        object.gone = 1;
+    };
+    end(number);
+    for (std::size_t at = mark.claims; at < claims.size(); ++at) {
+        if (is_doomed(claims[at]))
+            end(claims[at]);
+    }
+    const auto first_claim = claims.begin() + static_cast<std::ptrdiff_t>(mark.claims);
+    claims.erase(std::remove_if(first_claim, claims.end(), is_doomed), claims.end());
+    const auto first = references.begin() + static_cast<std::ptrdiff_t>(mark.references);
+    references.erase(std::remove_if(first, references.end(),
+                                    [&](const Reference& reference) {
+                                        return is_doomed(reference.from) || is_doomed(reference.to);
+                                    }),
+                     references.end());
 }
 
 ipstream::ipstream() : in_(ClosedBuffer()) {}
@@ -167,16 +215,9 @@ void* ipstream::read_reference(const type_info& type)
     const std::uint32_t number = read_value<std::uint32_t>();
     if (number >= met.objects.size())
         throw GStreamException("A stream refers to an object that it does not hold.");
-    met.last = kNobody;
-    const MetObject& object = met.objects[number];
-    if (object.root == nullptr)
-        return nullptr;
-    if (object.reading != 0)
-        met.inner_references.push_back({met.current, number});
-    void* part = met.cast(number, type);
-    if (part != nullptr)
-        met.last = number;
-    return part;
+    if (met.objects[number].root == nullptr)
+        return met.hand_out(number, nullptr);
+    return met.hand_out(number, met.cast(number, type));
 }
 
 /// The number in this stream of the class of a new object.
@@ -214,8 +255,7 @@ void* ipstream::read_object(std::uint32_t class_number, const type_info& type)
     GStreamable* object = met.streamable(number);
 
     const std::uint32_t outer = met.current;
-    const std::size_t first_claim = met.claims.size();
-    const std::size_t first_reference = met.inner_references.size();
+    const Graph::Mark mark = {met.claims.size(), met.references.size()};
     met.current = number;
     ++met.depth;
     try {
@@ -223,9 +263,11 @@ void* ipstream::read_object(std::uint32_t class_number, const type_info& type)
     } catch (...) {
         --met.depth;
         met.current = outer;
-        met.doom(number, first_claim);
-        met.bury(number, first_claim);
-        GStreamable::Destroy(object);
+        met.last = kNobody;
+        if (met.give_up(number, mark))
+            GStreamable::Destroy(object);
+        else
+            met.objects[number].root = nullptr;
         throw;
     }
     --met.depth;
@@ -233,21 +275,13 @@ void* ipstream::read_object(std::uint32_t class_number, const type_info& type)
     met.objects[number].reading = 0;
 
     void* part = met.cast(number, type);
-    met.last = part == nullptr ? kNobody : number;
-    if (part == nullptr) {
-        met.doom(number, first_claim);
-        if (met.is_held_by_survivor(number, first_reference)) {
-            met.pardon(number, first_claim);
-        } else {
-            met.bury(number, first_claim);
-            GStreamable::Destroy(object);
-        }
-    }
+    if (part == nullptr && met.give_up(number, mark))
+        GStreamable::Destroy(object);
     if (met.depth == 0) {
         met.claims.clear();
-        met.inner_references.clear();
+        met.references.clear();
     }
-    return part;
+    return met.hand_out(number, part);
 }
 
 void ipstream::claim()
