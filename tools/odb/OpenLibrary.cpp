@@ -1,0 +1,111 @@
+#include "tools/odb/OpenLibrary.h"
+
+#include "odb/ObjectDatabase.h"
+#include "platform/FileDevice.h"
+#include "store/ResourceFileServer.h"
+#include "tools/odb/Output.h"
+
+#include <fmt/format.h>
+
+namespace odb {
+
+namespace {
+
+// The reason with the file's name in it, which open_error has already where it can.
+std::string name_file(const std::string& file, std::string_view reason)
+{
+    if (reason.find(file) != std::string_view::npos)
+        return std::string(reason);
+    return fmt::format("{}: {}", file, reason);
+}
+
+void refuse(OpenedLibrary& opened, const std::string& file, const ResourceFile& resource_file)
+{
+    opened.database.reset();
+    opened.code = resource_file.open_failure() == ResourceFile::OpenFailure::Damaged
+                      ? ExitCode::Damaged
+                      : ExitCode::Refused;
+    std::string_view reason = resource_file.open_error().view();
+    opened.reason = name_file(file, reason.empty() ? "it can't be opened" : reason);
+}
+
+// A resource file of another kind must not be made a library by opening it as one.
+bool is_of_another_kind(const ResourceFile& probe)
+{
+    const GString kind = probe.get_type();
+    return !kind.is_empty() && !ObjectDatabase::IsMediatorType(kind);
+}
+
+OpenedLibrary open(const std::string& file, GIO::IOOpenMode mode, WhenMissing when_missing)
+{
+    OpenedLibrary opened;
+    {
+        const ResourceFile probe(file.c_str(), GIO::OpenRead);
+        if (probe.server == nullptr) {
+            const bool can_be_made = when_missing == WhenMissing::Make &&
+                                     probe.open_failure() == ResourceFile::OpenFailure::Missing;
+            if (!can_be_made) {
+                refuse(opened, file, probe);
+                return opened;
+            }
+        } else if (is_of_another_kind(probe)) {
+            opened.code = ExitCode::Refused;
+            opened.reason = name_file(file, "it is a resource file of another kind");
+            return opened;
+        }
+    }
+    opened.database = std::make_unique<ObjectDatabase>(file.c_str(), mode);
+    if (opened.database->server == nullptr) {
+        const std::unique_ptr<ObjectDatabase> failed = std::move(opened.database);
+        refuse(opened, file, *failed);
+    }
+    return opened;
+}
+
+OpenedLibrary or_complain(OpenedLibrary opened)
+{
+    if (!opened)
+        complain(opened.reason);
+    return opened;
+}
+
+}  // namespace
+
+OpenedLibrary open_to_read(const std::string& file)
+{
+    return open(file, GIO::OpenRead, WhenMissing::Refuse);
+}
+
+OpenedLibrary open_to_write(const std::string& file, WhenMissing when_missing)
+{
+    return open(file, GIO::OpenReadWrite, when_missing);
+}
+
+OpenedLibrary open_to_read_or_complain(const std::string& file)
+{
+    return or_complain(open_to_read(file));
+}
+
+OpenedLibrary open_to_write_or_complain(const std::string& file, WhenMissing when_missing)
+{
+    return or_complain(open_to_write(file, when_missing));
+}
+
+bool writing_failed(const ObjectDatabase& database)
+{
+    return database.server == nullptr || database.server->error() != 0;
+}
+
+ExitCode finish_writing(ObjectDatabase& database, const std::string& file, ExitCode code)
+{
+    database.flush();
+    if (!writing_failed(database))
+        return code;
+    const GString text =
+        database.server == nullptr ? GString("it is not open") : database.server->error_text();
+    complain(name_file(file, text.view()));
+    complain(fmt::format("{}: what was committed before is whole", file));
+    return graver(code, ExitCode::Refused);
+}
+
+}  // namespace odb
