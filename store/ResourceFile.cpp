@@ -327,7 +327,7 @@ bool ResourceFile::extract_to(opstream& out, const GResourceFullName& name, bool
     if (!server->library_.find(path, name.name.view(), name.type.view(), content))
         return false;
     try {
-        if (content.compressed) {
+        if (content.compressed || content.in_index) {
             std::string bytes;
             if (!server->library_.get(path, name.name.view(), name.type.view(), bytes)) {
                 server->note_damage_of_engine();
