@@ -30,7 +30,7 @@ void LibraryState::changed(std::uint64_t bytes)
     if (fold()) {
         index_ahead_ = true;
         log_.clear();
-        fold_at_bytes_ = kFoldBytes;
+        fold_at_bytes_ = tuning.change_bytes;
     } else if (storage.error()) {
         go_back();
     } else {
@@ -72,8 +72,8 @@ bool LibraryState::commit_now(bool root)
         work_bytes_ = 0;
         return true;
     }
-    bool folds = root || index_ahead_ || index.change_bytes() > kFoldBytes ||
-                 record_bytes_ + log_.bytes().size() > kTailBytes;
+    bool folds = root || index_ahead_ || index.change_bytes() > tuning.change_bytes ||
+                 record_bytes_ + log_.bytes().size() > tuning.tail_bytes;
     if (folds && !fold()) {
         // A block that can't be read now must not stop what needs no fold.
         if (index_ahead_)
@@ -81,7 +81,7 @@ bool LibraryState::commit_now(bool root)
         folds = false;
     }
     const bool synced_first =
-        storage.must_sync_first() || storage.commit_bytes() > LibraryFile::kOneSyncBytes / 2;
+        storage.must_sync_first() || storage.commit_bytes() > tuning.one_sync_bytes / 2;
     if (storage.error() || (folds && !write_free_list()) || !write_record(folds)) {
         go_back();
         return false;
@@ -161,7 +161,7 @@ bool LibraryState::write_record(bool root)
             record.start_of_new = start_of_new_;
         }
     }
-    if (storage.must_sync_first() || storage.commit_bytes() > LibraryFile::kOneSyncBytes) {
+    if (storage.must_sync_first() || storage.commit_bytes() > tuning.one_sync_bytes) {
         if (!storage.flush() || !storage.sync())
             return false;
         note_synced();
@@ -198,7 +198,7 @@ bool LibraryState::write_record(bool root)
     cleared_ = false;
     index_ahead_ = false;
     space_advanced_ = false;
-    fold_at_bytes_ = kFoldBytes;
+    fold_at_bytes_ = tuning.change_bytes;
     work_bytes_ = 0;
     has_work_ = false;
     return true;

@@ -17,7 +17,10 @@ std::string_view view(std::span<const std::byte> bytes)
 
 }  // namespace
 
-LibraryFile::LibraryFile(FileSystemDevice& files) : state_(std::make_unique<LibraryState>(files)) {}
+LibraryFile::LibraryFile(FileSystemDevice& files, const LibraryTuning& tuning)
+    : state_(std::make_unique<LibraryState>(files, tuning))
+{
+}
 
 LibraryFile::~LibraryFile()
 {

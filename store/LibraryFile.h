@@ -69,6 +69,18 @@ using LibrarySource = std::function<bool(void* data, std::size_t size, std::size
 /// meanwhile.
 using LibraryProgress = std::function<bool(std::uint64_t done, std::uint64_t all)>;
 
+/// When work is folded and synced. The values are those of every product; tests make them small, so
+/// that little data takes all the ways that much does.
+struct LibraryTuning {
+    /// Commits are folded into the index when the records behind the root pass this.
+    std::uint64_t tail_bytes = 1u << 20;
+    /// And when the changes take this much memory.
+    std::size_t change_bytes = 8u << 20;
+    /// Commits that write more sync their data before their record, so that an open never has to
+    /// read more than this to trust the last record. At most the default.
+    std::uint64_t one_sync_bytes = 8u << 20;
+};
+
 /// The file that holds a library: entries of bytes under (directory, name, type), committed so that
 /// a crash or a power cut at any instant leaves the last commit. docs/library-format.md tells the
 /// layout and why it holds.
@@ -99,7 +111,8 @@ public:
     static constexpr std::size_t kInlineBytes = 512;
 
     /// Works on the files of `files`, which must outlive it. Closed until open().
-    explicit LibraryFile(FileSystemDevice& files = FileSystemDevice::Real());
+    explicit LibraryFile(FileSystemDevice& files = FileSystemDevice::Real(),
+                         const LibraryTuning& tuning = {});
     /// Closes.
     ~LibraryFile();
     LibraryFile(const LibraryFile&) = delete;
@@ -209,8 +222,8 @@ public:
     [[nodiscard]] std::uint64_t extent() const;
 
     // Commits.
-    /// Makes all changes durable: one record, one sync (two above kOneSyncBytes). Inside a scope it
-    /// is done when the outermost ends. True when nothing is left to commit or the scope will do
+    /// Makes all changes durable: one record, one sync (two above one_sync_bytes). Inside a scope
+    /// it is done when the outermost ends. True when nothing is left to commit or the scope will do
     /// it.
     bool commit();
     /// Commits when kCommitBytes or kCommitSeconds of work are waiting and no scope is open.
@@ -218,9 +231,6 @@ public:
     bool commit_if_due();
     void begin_scope();
     void end_scope();
-    /// Commits that write more than this sync their data before their record, so that an open never
-    /// has to read more than this to trust the last record.
-    static constexpr std::uint64_t kOneSyncBytes = 8u << 20;
 
     // Care.
     /// Moves what lies behind free space into it by ordinary commits, then cuts the file's end.

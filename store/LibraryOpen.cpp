@@ -301,7 +301,7 @@ void LibraryState::forget_commits()
     slots_ = {};
     slot_valid_ = {};
     durable_ = {};
-    fold_at_bytes_ = kFoldBytes;
+    fold_at_bytes_ = tuning.change_bytes;
     work_bytes_ = 0;
     has_work_ = false;
     stale_ = false;
@@ -326,6 +326,7 @@ void LibraryState::forget_all()
 void LibraryState::go_back()
 {
     forget_commits();
+    storage.restart_at(kDataStart);
     if (storage.device() == nullptr || load().status != LibraryOpenStatus::Ok) {
         storage.restart_at(kDataStart);
         index.reset({});

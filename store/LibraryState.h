@@ -24,8 +24,12 @@ namespace zmr {
 /// space), LibraryContents (reading) and LibraryChanges, LibraryPack and LibraryVerify.
 class LibraryState {
 public:
-    explicit LibraryState(FileSystemDevice& file_system)
-        : files(file_system), storage(file_system), loader(storage), index(loader, damage)
+    LibraryState(FileSystemDevice& file_system, const LibraryTuning& limits)
+        : files(file_system),
+          tuning(limits),
+          storage(file_system),
+          loader(storage),
+          index(loader, damage)
     {
     }
 
@@ -94,6 +98,7 @@ public:
     bool commit_wanted = false;
 
     FileSystemDevice& files;
+    const LibraryTuning tuning;
     LibraryStorage storage;
     BlockLoader loader;
     DamageLog damage;
@@ -179,7 +184,7 @@ private:
     std::uint64_t start_of_new_ = 0;
     bool index_ahead_ = false;  // folded already, so that the record must hold the root
     bool space_advanced_ = false;
-    std::size_t fold_at_bytes_ = kFoldBytes;
+    std::size_t fold_at_bytes_ = tuning.change_bytes;
     std::uint64_t work_bytes_ = 0;
     bool has_work_ = false;
     std::chrono::steady_clock::time_point work_since_;
@@ -199,9 +204,6 @@ private:
     std::uint64_t table_position_ = 0;
     std::uint64_t table_checksum_ = 0;
     std::string table_;
-
-    static constexpr std::size_t kFoldBytes = 8u << 20;
-    static constexpr std::uint64_t kTailBytes = 1u << 20;
 };
 
 }  // namespace zmr

@@ -214,6 +214,9 @@ bool LibraryStorage::write_free(std::uint64_t start, FrameKind kind, std::string
 {
     if (error_ || ((device_ == nullptr || fixed_part_missing_) && !make_file()))
         return false;
+    // What the running commit appended and gave up again may still wait in the buffer.
+    if (start + kFrameBytes + bytes.size() + more.size() > end_ - buffer_.size() && !flush())
+        return false;
     std::string whole = encode_frame({kind, bytes.size() + more.size()}, start);
     whole.reserve(whole.size() + bytes.size() + more.size());
     whole += bytes;
@@ -229,7 +232,7 @@ bool LibraryStorage::write_piece(std::uint64_t position, std::string_view bytes)
 {
     must_sync_first_ = true;
     commit_bytes_ += bytes.size();
-    return write_fixed(position, bytes);
+    return flush() && write_fixed(position, bytes);
 }
 
 bool LibraryStorage::write_fixed(std::uint64_t position, std::string_view bytes)

@@ -11,6 +11,8 @@ namespace {
 
 constexpr std::uint64_t kSearchBytes = 16u << 20;  // how far behind a broken frame more is sought
 
+constexpr std::uint64_t kMostUnsynced = LibraryTuning().one_sync_bytes;
+
 }  // namespace
 
 /// Puts the changes of a record into the index.
@@ -174,7 +176,7 @@ bool LibraryState::wrote_all(const CommitRecord& record, std::uint64_t frame_pos
 {
     if (record.has(CommitRecord::kSyncedFirst))
         return true;
-    if (frame_position - record.start > LibraryFile::kOneSyncBytes)
+    if (frame_position - record.start > kMostUnsynced)
         return false;
     RunningChecksum appended;
     std::string piece(64 * 1024, '\0');
@@ -191,9 +193,8 @@ bool LibraryState::wrote_all(const CommitRecord& record, std::uint64_t frame_pos
     std::uint64_t sum = 0;
     for (const CommitRecord::Used& part : record.used) {
         sum += part.range.length;
-        if (sum > LibraryFile::kOneSyncBytes ||
-            storage.read_checked(part.range.position, part.range.length, part.checksum, piece) !=
-                ReadOutcome::Good)
+        if (sum > kMostUnsynced || storage.read_checked(part.range.position, part.range.length,
+                                                        part.checksum, piece) != ReadOutcome::Good)
             return false;
     }
     return true;
