@@ -248,10 +248,20 @@ bool is_unfinished(std::string_view file)
                                        : at == kOwnerPosition ? kOwnerMagic
                                                               : kSlotMagic;
         const bool proper = page.starts_with(magic.substr(0, page.size()));
+        // A slot that names a commit is proof that there was more.
+        RootSlot slot;
+        if (decode_slot(page.substr(0, kSectorBytes), slot) && slot.number > 0)
+            return false;
         if (!proper && page.find_first_not_of('\0') != std::string_view::npos)
             return false;
     }
-    return true;
+    // With both slots it is whole, though empty.
+    RootSlot slot;
+    for (const std::uint64_t at : kSlotPosition)
+        if (file.size() < at + kSectorBytes ||
+            !decode_slot(file.substr(static_cast<std::size_t>(at), kSectorBytes), slot))
+            return true;
+    return false;
 }
 
 std::string encode_frame(const Frame& frame, std::uint64_t position)

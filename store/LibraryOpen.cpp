@@ -88,6 +88,8 @@ LibraryOpenResult LibraryState::open_device(const std::string& name, LibraryAcce
     if (bytes <= kDataStart && is_unfinished(fixed)) {
         if (!writes && header == HeaderKind::Foreign)
             return refused(LibraryOpenStatus::NotALibrary, "the file is not a library");
+        if (!writes)
+            return refused(LibraryOpenStatus::Damaged, "the library was never finished");
         storage.attach(std::move(device), name, std::string(owner_text), true);
         index.reset({});
         return {LibraryOpenStatus::Ok, {}, {}};

@@ -69,7 +69,8 @@ void check_stop(const FaultyFileSystem& start, const Oracle& before, const Scrip
         LibraryFile reader(files, kSmall);
         const LibraryOpenResult result = reader.open(kName, LibraryAccess::Read);
         if (result.status == LibraryOpenStatus::Missing ||
-            result.status == LibraryOpenStatus::NotALibrary) {
+            result.status == LibraryOpenStatus::NotALibrary ||
+            result.status == LibraryOpenStatus::Damaged) {
             // Never made, or made and nothing committed to it.
             ASSERT_TRUE(oracle.acknowledged.entries.empty()) << result.text;
         } else {
