@@ -30,12 +30,18 @@ struct JpegError : jpeg_error_mgr {
     std::longjmp(error->jump, 1);
 }
 
-/// Warnings tell of data that is not there or makes no sense; a picture with a part in grey is no
-/// use, so most of them are errors here. What only precedes a marker is harmless.
+/// Warnings that harm no pixel.
+bool is_harmless(int warning)
+{
+    return warning == JWRN_EXTRANEOUS_DATA || warning == JWRN_NOT_SEQUENTIAL ||
+           warning == JWRN_JFIF_MAJOR || warning == JWRN_ADOBE_XFORM || warning == JWRN_BOGUS_ICC;
+}
+
+/// The other warnings tell of data that is missing or makes no sense. A picture with a part in grey
+/// is of no use, so they are errors here.
 void judge_message(j_common_ptr codec, int level)
 {
-    if (level < 0 && codec->err->msg_code != JWRN_EXTRANEOUS_DATA &&
-        codec->err->msg_code != JWRN_JFIF_MAJOR && codec->err->msg_code != JWRN_ADOBE_XFORM)
+    if (level < 0 && !is_harmless(codec->err->msg_code))
         leave(codec);
 }
 

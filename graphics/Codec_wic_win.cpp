@@ -2,6 +2,7 @@
 
 #include "platform/Windows.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -99,23 +100,32 @@ public:
         return SUCCEEDED(frame_->GetSize(&own_width, &own_height)) && own_width == width &&
                own_height == height;
     }
-    /// The pixels as 24 bits, or 32 with alpha, whose colours stay multiplied by it if they are.
+    /// The pixels in the picture's channels; colours that are stored multiplied by alpha stay so.
     void copy_pixels(PixelBuffer& picture) const
     {
-        const auto converter = made<IWICFormatConverter>(
-            [this](IWICFormatConverter** to) { return factory_->CreateFormatConverter(to); });
-        const bool multiplied = format_ == GUID_WICPixelFormat32bppPBGRA ||
-                                format_ == GUID_WICPixelFormat32bppPRGBA ||
-                                format_ == GUID_WICPixelFormat64bppPRGBA;
-        const WICPixelFormatGUID& wanted = !picture.has_alpha() ? GUID_WICPixelFormat24bppBGR
-                                           : multiplied         ? GUID_WICPixelFormat32bppPBGRA
-                                                                : GUID_WICPixelFormat32bppBGRA;
-        if (!converter ||
-            FAILED(converter->Initialize(frame_.get(), wanted, WICBitmapDitherTypeNone, nullptr, 0,
-                                         WICBitmapPaletteTypeCustom)) ||
-            FAILED(converter->CopyPixels(nullptr, static_cast<UINT>(picture.row_bytes()),
-                                         static_cast<UINT>(picture.size_bytes()), picture.data())))
-            refuse_image(damaged_);
+        if (!picture.has_alpha() && format_ == GUID_WICPixelFormat24bppBGR) {
+            if (FAILED(frame_->CopyPixels(nullptr, static_cast<UINT>(picture.row_bytes()),
+                                          static_cast<UINT>(picture.size_bytes()), picture.data())))
+                refuse_image(damaged_);
+            return;
+        }
+        // Everything converts to the formats with alpha, but not to those without.
+        const bool multiplied = picture.has_alpha() && (format_ == GUID_WICPixelFormat32bppPBGRA ||
+                                                        format_ == GUID_WICPixelFormat32bppPRGBA ||
+                                                        format_ == GUID_WICPixelFormat64bppPRGBA);
+        const auto converter =
+            convert_to(multiplied ? GUID_WICPixelFormat32bppPBGRA : GUID_WICPixelFormat32bppBGRA);
+        constexpr int kBandPixels = 1 << 16;
+        const int rows = std::clamp(kBandPixels / picture.width(), 1, picture.height());
+        PixelBuffer band(picture.width(), rows, 4);
+        for (int y = 0; y < picture.height(); y += rows) {
+            const WICRect part = {0, y, picture.width(), std::min(rows, picture.height() - y)};
+            if (FAILED(converter->CopyPixels(&part, static_cast<UINT>(band.row_bytes()),
+                                             static_cast<UINT>(band.size_bytes()), band.data())))
+                refuse_image(damaged_);
+            for (int row = 0; row < part.Height; ++row)
+                copy_row_pixels(band.row(row), picture, y + row);
+        }
     }
     /// The bytes of one row as they are decoded.
     void copy_row(int y, int width, std::span<unsigned char> to) const
@@ -127,6 +137,27 @@ public:
     }
 
 private:
+    [[nodiscard]] Com<IWICFormatConverter> convert_to(const WICPixelFormatGUID& wanted) const
+    {
+        auto converter = made<IWICFormatConverter>(
+            [this](IWICFormatConverter** to) { return factory_->CreateFormatConverter(to); });
+        if (!converter ||
+            FAILED(converter->Initialize(frame_.get(), wanted, WICBitmapDitherTypeNone, nullptr, 0,
+                                         WICBitmapPaletteTypeCustom)))
+            refuse_image(damaged_);
+        return converter;
+    }
+    static void copy_row_pixels(const unsigned char* from, PixelBuffer& picture, int y)
+    {
+        unsigned char* to = picture.row(y);
+        if (picture.has_alpha()) {
+            std::memcpy(to, from, picture.row_bytes());
+            return;
+        }
+        for (int x = 0; x < picture.width(); ++x, from += 4, to += 3)
+            std::memcpy(to, from, 3);
+    }
+
     ComScope scope_;  // first, so that it ends last
     const char* damaged_;
     Com<IWICImagingFactory> factory_;

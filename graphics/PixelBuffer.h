@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -8,7 +10,7 @@ namespace zmr {
 
 /// Rows of pixels, the top one first, without gaps: 3 bytes a pixel (blue, green, red) or 4 (and
 /// alpha, 0 transparent, not multiplied in). Movable; an empty one has no pixels.
-class PixelBuffer {
+class ZMR_GV_API PixelBuffer {
 public:
     /// The most pixels of any picture: 1 GiB with alpha. Larger ones are refused wherever they come
     /// from.

@@ -63,10 +63,10 @@ TEST(PixelMapTools, SaveToFile_OfJpegLaysItOnWhite)
 
     ASSERT_NE(read, nullptr);
     EXPECT_EQ(read->get_format(), kPlain);
-    EXPECT_NEAR(read->get_pixel(2, 8).red, 200, 4);
-    EXPECT_NEAR(read->get_pixel(2, 8).green, 0, 4);
-    EXPECT_NEAR(read->get_pixel(14, 8).red, 255, 2);
-    EXPECT_NEAR(read->get_pixel(14, 8).blue, 255, 2);
+    EXPECT_NEAR(read->get_pixel(2, 8).red, 200, 6);
+    EXPECT_NEAR(read->get_pixel(2, 8).green, 0, 6);
+    EXPECT_NEAR(read->get_pixel(14, 8).red, 255, 6);
+    EXPECT_NEAR(read->get_pixel(14, 8).blue, 255, 6);
 }
 
 TEST(PixelMapTools, SaveToFile_WithoutOverwriteKeepsTheFile)
