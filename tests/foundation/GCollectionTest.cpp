@@ -65,6 +65,19 @@ public:
     ~Chain() override { empty(); }
 };
 
+/// An owner whose items leave a smaller one behind.
+class Countdown : public TGCollection<int> {
+public:
+    void freeItem(void* item) override
+    {
+        const int number = *static_cast<int*>(item);
+        TGCollection<int>::freeItem(item);
+        if (number > 0)
+            v_insert(new int(number - 1));
+    }
+    ~Countdown() override { empty(); }
+};
+
 }  // namespace
 
 TEST(GCollection, New_IsEmptyAndOwns)
@@ -224,6 +237,14 @@ TEST(GCollection, Empty_StandsItemsThatTakeOthersAlong)
         chain.v_insert(new int(number));
     chain.empty();
     EXPECT_EQ(chain.count, 0);
+}
+
+TEST(GCollection, Empty_StandsItemsThatInsertOthers)
+{
+    Countdown countdown;
+    countdown.v_insert(new int(20));
+    countdown.empty();
+    EXPECT_EQ(countdown.count, 0);
 }
 
 TEST(GCollection, ShutDown_FreesTheItems)

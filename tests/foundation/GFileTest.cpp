@@ -145,6 +145,8 @@ TEST(GFile, ReplaceExtension_ADotInFrontIsPartOfTheName)
     file = "dir/";
     file.replace_extension("x");
     EXPECT_STREQ(file, "dir/");
+    EXPECT_STREQ(GFile("..a").get_extension(), "");
+    EXPECT_STREQ(GFile("..a.b").get_extension(), "b");
     file = "name.";
     EXPECT_STREQ(file.get_extension(), "");
     file.replace_extension("");
@@ -307,6 +309,9 @@ TEST(GFile, Shrink_StaysElsewhere)
     file.empty();
     file.shrink("/lib");
     EXPECT_STREQ(file, "");
+    file = "/";
+    file.shrink("/");
+    EXPECT_STREQ(file, "/");
 }
 
 TEST(GFile, Shrink_ByTheEmptyDirectoryMeansTheCurrentOne)
