@@ -104,7 +104,7 @@ bool LibraryState::fold()
         return write_block(FrameKind::Index, bytes, {}, block.position);
     };
     const auto moves = [&](const BlockRef& block) {
-        if (block.length == 0 || block.position + block.length <= room_limit_)
+        if (block.length == 0 || block.position + block.length <= move_above_)
             return false;
         std::uint64_t start = 0;
         if (!find_room(block.length, start))

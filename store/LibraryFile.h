@@ -165,7 +165,8 @@ public:
                            std::string& bytes) const;
     /// Reads stored bytes of a found content from `offset` and checks the blocks that they touch.
     /// Gives the count: less than `size` at the content's end, 0 when a touched block is damaged.
-    /// Of a compressed content these are the compressed bytes.
+    /// Of a compressed content these are the compressed bytes. A content in the index is read by
+    /// get(), or pinned first: until it is written it has no position, and this gives 0.
     [[nodiscard]] std::size_t read_at(const LibraryContent& content, std::uint64_t offset,
                                       void* data, std::size_t size) const;
     /// Puts the entry, in the place of an old one. Streamable contents from 1 KiB are compressed

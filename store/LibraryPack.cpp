@@ -28,6 +28,7 @@ private:
     [[nodiscard]] bool survey();
     void rebuild_space();
     [[nodiscard]] bool move_contents(std::uint64_t limit);
+    [[nodiscard]] bool move_index(std::uint64_t limit);
     [[nodiscard]] bool move_content(const LibraryPath& path, const Mover& mover);
     [[nodiscard]] bool cut();
     template <class Visit>
@@ -134,6 +135,7 @@ bool LibraryPack::move_content(const LibraryPath& path, const Mover& mover)
     EntryValue value = mover.value;
     std::uint64_t start = 0;
     const FileRange old = mover.value.range();
+    state_.room_limit_ = old.position;
     if (!state_.find_room(old.length - kFrameBytes, start))
         return true;
     // Copied as it lies, table and all: the checksum moves with the value.
@@ -181,15 +183,35 @@ bool LibraryPack::move_contents(std::uint64_t limit)
             stopped_ = true;
             return false;
         }
-        ReadOutcome outcome;
-        const auto base = state_.index.base_of(path.key(), outcome);
-        for (std::size_t i = 0; base != nullptr && i < base->extents.size(); ++i) {
-            const BlockRef& block = base->extents[i].block;
-            if (block.position + block.length > limit)
-                state_.index.touch(path.key());
-        }
         return true;
     });
+}
+
+bool LibraryPack::move_index(std::uint64_t limit)
+{
+    // Below the lowest of those that move, so that none goes further back than it lies.
+    std::uint64_t lowest = LibraryState::kNoLimit;
+    const auto look_at = [&](const BlockRef& block) {
+        const FileRange range = block.range();
+        const bool moves = range.length > 0 && range.position + range.length > limit;
+        if (moves)
+            lowest = std::min(lowest, range.position);
+        return moves;
+    };
+    const RootRecord& root = state_.index.root();
+    look_at(root.types);
+    for (const PageRef& page : root.pages)
+        look_at(page.block);
+    const bool walked = each_directory([&](const LibraryPath& path) {
+        ReadOutcome outcome;
+        const auto base = state_.index.base_of(path.key(), outcome);
+        for (std::size_t i = 0; base != nullptr && i < base->extents.size(); ++i)
+            if (look_at(base->extents[i].block))
+                state_.index.touch(path.key());
+        return true;
+    });
+    state_.room_limit_ = lowest;
+    return walked && settle();
 }
 
 bool LibraryPack::cut()
@@ -240,8 +262,9 @@ bool LibraryPack::run()
         if (live_end() <= limit || live_end() + kPageBytes >= end_before)
             break;
         end_before = live_end();
-        state_.room_limit_ = limit;
-        const bool moved = move_contents(limit) && settle();
+        state_.move_above_ = limit;
+        const bool moved = move_contents(limit) && move_index(limit);
+        state_.move_above_ = LibraryState::kNoLimit;
         state_.room_limit_ = LibraryState::kNoLimit;
         if (stopped_ || !moved)
             return false;
@@ -256,6 +279,7 @@ bool LibraryState::pack(const LibraryProgress& progress)
     if (!can_write() || scopes > 0)
         return false;
     const bool good = LibraryPack(*this, progress).run();
+    move_above_ = kNoLimit;
     room_limit_ = kNoLimit;
     cut_at_ = kNoLimit;
     if (storage.error())

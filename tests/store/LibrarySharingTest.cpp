@@ -222,6 +222,30 @@ TEST(LibrarySharing, Pack_ShrinksToWhatLives)
     EXPECT_TRUE(file.verify({}));
 }
 
+TEST(LibrarySharing, Pack_AfterTheLaterHalfWasRemoved_CutsInOneRun)
+{
+    FaultyFileSystem files;
+    LibraryFile file(files);
+    open(file, LibraryAccess::Write);
+    for (unsigned i = 0; i < 20; ++i)
+        ASSERT_TRUE(put(file, std::to_string(i), noise_bytes(8000 + i * 10, i)));
+    ASSERT_TRUE(file.close());
+    const std::size_t half = files.bytes(kName).size();
+    open(file, LibraryAccess::Write);
+    for (unsigned i = 20; i < 40; ++i)
+        ASSERT_TRUE(put(file, std::to_string(i), noise_bytes(8000 + i * 10, i)));
+    ASSERT_TRUE(file.close());
+    open(file, LibraryAccess::Write);
+    for (unsigned i = 20; i < 40; ++i)
+        ASSERT_TRUE(file.remove({}, std::to_string(i), "t"));
+    ASSERT_TRUE(file.close());
+    open(file, LibraryAccess::Write);
+    ASSERT_TRUE(file.pack());
+    ASSERT_TRUE(file.close());
+
+    EXPECT_LT(files.bytes(kName).size(), half + 4096);
+}
+
 TEST(LibrarySharing, Pack_StoppedByItsProgressChangesNothingThatIsSeen)
 {
     FaultyFileSystem files;
