@@ -41,3 +41,16 @@ public:
 private:
     static void share(GString& target, const void* source) noexcept;
 };
+
+namespace zmr {
+
+/// A string that shares a static text: it and its copies take no memory of their own.
+template <std::size_t Size>
+[[nodiscard]] GString shared_text(const StaticText<Size>& source) noexcept
+{
+    GString shared;
+    GStaticString::put(shared, source);
+    return shared;
+}
+
+}  // namespace zmr

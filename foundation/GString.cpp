@@ -18,7 +18,7 @@ namespace {
 using zmr::StringHeader;
 
 constexpr std::uint64_t kMaxLength = 0xFFFFFFFF - 63;
-constexpr std::uint32_t kSmallestCapacity = 23;  // with header and zero byte a 32-byte block
+constexpr std::uint32_t kSmallestCapacity = 15;  // with header and zero byte a 24-byte block
 
 constinit const zmr::StaticText kEmptyText("");
 

@@ -1,5 +1,6 @@
 #include "odb/ODB_InternalObject.h"
 
+#include "foundation/GStaticText.h"
 #include "foundation/ipstream.h"
 #include "foundation/opstream.h"
 #include "odb/ObjectDatabase.h"
@@ -9,6 +10,8 @@ G_DEFINE_CLASS(ODB_InternalObject, ODB_Mediator);
 namespace {
 
 constexpr unsigned char kVersion = 3;  // 3: `naming` as a byte
+
+constinit const zmr::StaticText kDefaultType(".ODB default object's resource type");
 
 /// Two names in one place; their types are not compared.
 bool in_same_place(const GResourceFullName& a, const GResourceFullName& b)
@@ -34,7 +37,7 @@ ODB_InternalObject::~ODB_InternalObject() = default;
 
 const GString& ODB_InternalObject::GetDefaultResourceType()
 {
-    static const GString type(".ODB default object's resource type");
+    static const GString type = zmr::shared_text(kDefaultType);
     return type;
 }
 
@@ -101,7 +104,8 @@ void ODB_InternalObject::read(ipstream& in)
         else if (version >= 3)
             naming = in.readByte();
     }
-    resource_name_ = name;
+    // An own place follows from the mediator's name: a listing of many keeps no second copy of it.
+    resource_name_ = naming == naming_own_place ? GResourceFullName() : name;
     naming_ = naming;
 }
 

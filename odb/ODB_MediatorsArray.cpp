@@ -3,6 +3,7 @@
 #include "odb/ODB_ContentsFilter.h"
 #include "odb/ODB_Mediator.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cstring>
 
@@ -58,6 +59,18 @@ ODB_Mediator& ODB_MediatorsArray::at(long index) const
 void ODB_MediatorsArray::at_remove(long index)
 {
     v_at_remove(index);
+}
+
+void ODB_MediatorsArray::insert_all(std::vector<ODB_Mediator*> mediators)
+{
+    const auto before = [this](const void* a, const void* b) {
+        return compare(keyOf(a), keyOf(b)) < 0;
+    };
+    std::stable_sort(mediators.begin(), mediators.end(), before);
+    std::vector<void*> merged(static_cast<std::size_t>(count) + mediators.size());
+    std::merge(items, items + count, mediators.begin(), mediators.end(), merged.begin(), before);
+    v_at_remove_range(0, count);
+    v_at_insert_range(0, merged.data(), static_cast<long>(merged.size()));
 }
 
 long ODB_MediatorsArray::find(const GString& key) const

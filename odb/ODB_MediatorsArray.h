@@ -3,6 +3,8 @@
 #include "foundation/GSortedCollection.h"
 #include "foundation/GStringCollection.h"
 
+#include <vector>
+
 class ODB_ContentsFilter;
 class ODB_Mediator;
 
@@ -26,6 +28,9 @@ public:
     /// The mediator at `index`, which must be in the array.
     [[nodiscard]] ODB_Mediator& at(long index) const;
     void at_remove(long index);
+    /// Inserts many at once, in their places: n log n, where one by one would move the array's end
+    /// for each of them.
+    void insert_all(std::vector<ODB_Mediator*> mediators);
     /// The index of a mediator of that name, or -1.
     [[nodiscard]] long find(const GString& key) const;
     /// Puts the names into `result`, emptied first, which then owns its texts.

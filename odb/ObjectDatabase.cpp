@@ -1,6 +1,7 @@
 #include "odb/ObjectDatabase.h"
 
 #include "foundation/GLock.h"
+#include "foundation/GStaticText.h"
 #include "foundation/ipstream.h"
 #include "foundation/opstream.h"
 #include "odb/ODB_InternalObject.h"
@@ -9,10 +10,20 @@
 #include "store/GResourceIterators.h"
 #include "store/ResourceFileServer.h"
 
+#include <utility>
+
 G_DEFINE_CLASS(ObjectDatabase, ResourceFile);
 
-const GString ObjectDatabase::MediatorResourceType(".ODB mediators");
-const GString ObjectDatabase::ODB_IconResourceType(".ODB icon");
+namespace {
+
+// Each loaded mediator's name holds the type: sharing one text saves a block for each.
+constinit const zmr::StaticText kMediatorType(".ODB mediators");
+constinit const zmr::StaticText kIconType(".ODB icon");
+
+}  // namespace
+
+const GString ObjectDatabase::MediatorResourceType = zmr::shared_text(kMediatorType);
+const GString ObjectDatabase::ODB_IconResourceType = zmr::shared_text(kIconType);
 const GCallBackReason ObjectDatabase::Reason_MediatorModified;
 
 ObjectDatabase::ObjectDatabase(const char* file, GIO::IOOpenMode mode) : ResourceFile(file, mode)
@@ -308,29 +319,39 @@ void ObjectDatabase::get_contents(ODB_MediatorsArray& result, bool recursive)
 void ObjectDatabase::get_contents(const GResourcePath& path, ODB_MediatorsArray& result,
                                   bool recursive)
 {
+    std::vector<ODB_Mediator*> mediators;
+    collect_mediators(path, recursive, mediators);
+    result.insert_all(std::move(mediators));
+}
+
+void ObjectDatabase::collect_mediators(const GResourcePath& path, bool recursive,
+                                       std::vector<ODB_Mediator*>& mediators)
+{
     GResourceFullName name(path, GString(), MediatorResourceType);
     for (GResourceIterator entry(*this, name); entry.index >= 0; --entry) {
         name.name = entry.element();
         if (ODB_Mediator* const mediator = get_mediator(name))
-            result.v_insert(mediator);
+            mediators.push_back(mediator);
     }
     if (!recursive)
         return;
     for (GResourceSubDirectoryIterator below(*this, path); below.index >= 0; --below) {
         GResourcePath deeper = path;
         deeper += below.element();
-        get_contents(deeper, result, true);
+        collect_mediators(deeper, true, mediators);
     }
 }
 
 void ObjectDatabase::get_cached_mediators(const GResourcePath& path, ODB_MediatorsArray& result,
                                           bool recursive)
 {
+    std::vector<ODB_Mediator*> mediators;
     for_each_loaded(path, MediatorResourceType, recursive,
-                    [&result](const GResourceFullName&, GStreamable* instance) {
+                    [&mediators](const GResourceFullName&, GStreamable* instance) {
                         if (auto* const mediator = zmr::class_cast<ODB_Mediator>(instance))
-                            result.v_insert(mediator);
+                            mediators.push_back(mediator);
                     });
+    result.insert_all(std::move(mediators));
 }
 
 void ObjectDatabase::get_names(GStringCollection& result, bool recursive)

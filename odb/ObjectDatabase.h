@@ -6,6 +6,8 @@
 #include "foundation/TGVector.h"
 #include "store/ResourceFile.h"
 
+#include <vector>
+
 class ODB_Mediator;
 class ODB_MediatorsArray;
 class ODB_Options;
@@ -144,6 +146,8 @@ private:
     [[nodiscard]] GResourceFullName mediator_name(const GString& name) const;
     [[nodiscard]] GStreamable* load_through_conversions(ODB_Mediator& mediator,
                                                         const GResourceFullName& name);
+    void collect_mediators(const GResourcePath& path, bool recursive,
+                           std::vector<ODB_Mediator*>& mediators);
     void attach_object_to_DB(ODB_Mediator* mediator, const GResourceFullName& name);
     void attach_mediator_to_DB(ODB_Mediator* mediator, const GResourceFullName& name);
     void notify_about_mediator_modification(ODB_Mediator* mediator);
