@@ -1,0 +1,20 @@
+// store_crash NAME KILLS [SEED]: kills a process that writes the library NAME that many times and
+// says what was lost. The unit tests do the same with few kills.
+#include "KillRun_posix.h"
+
+#include <cstdlib>
+#include <iostream>
+
+int main(int count, char** arguments)
+{
+    if (count < 3) {
+        std::cerr << "usage: store_crash NAME KILLS [SEED]\n";
+        return 2;
+    }
+    const auto seed =
+        count > 3 ? static_cast<std::uint32_t>(std::strtoul(arguments[3], nullptr, 10)) : 1u;
+    const zmr::KillFigures figures = zmr::run_kills(arguments[1], std::atoi(arguments[2]), seed);
+    std::cout << "{\"kills\": " << figures.kills << ", \"commits\": " << figures.commits
+              << ", \"seed\": " << seed << ", \"failure\": \"" << figures.failure << "\"}\n";
+    return figures.failure.empty() ? 0 : 1;
+}
