@@ -95,12 +95,17 @@ int ignore_warning(TIFF*, void*, const char*, const char*, va_list)
     return 1;
 }
 
-OwnedTiff open(TiffInput& input)
+/// `pixels` bounds what the library may allocate at a time: strips and tiles may be larger than the
+/// picture, but not by much.
+OwnedTiff open(TiffInput& input, std::size_t pixels)
 {
+    constexpr std::size_t kBaseBytes = 64u << 20;
+    constexpr std::size_t kMostBytesPerPixel = 16;
     const std::unique_ptr<TIFFOpenOptions, FreeOptions> options(TIFFOpenOptionsAlloc());
     if (!options)
         refuse_image("there is not enough memory");
-    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), tmsize_t{1} << 30);
+    TIFFOpenOptionsSetMaxSingleMemAlloc(
+        options.get(), static_cast<tmsize_t>(kBaseBytes + pixels * kMostBytesPerPixel));
     TIFFOpenOptionsSetErrorHandlerExtR(options.get(), keep_error, &input);
     TIFFOpenOptionsSetWarningHandlerExtR(options.get(), ignore_warning, nullptr);
     return OwnedTiff(TIFFClientOpenExt("picture", "r", &input, read_bytes, write_nothing, seek,
@@ -144,12 +149,58 @@ private:
     std::string reason_;
 };
 
+template <class T>
+T field_of(TIFF* file, std::uint32_t tag)
+{
+    T value = 0;
+    TIFFGetFieldDefaulted(file, tag, &value);
+    return value;
+}
+
+/// Grey of 16 bits with alpha, whose alpha the converter drops.
+bool is_wide_grey_alpha(TIFF* file)
+{
+    const auto kind = field_of<std::uint16_t>(file, TIFFTAG_PHOTOMETRIC);
+    return field_of<std::uint16_t>(file, TIFFTAG_SAMPLESPERPIXEL) == 2 &&
+           field_of<std::uint16_t>(file, TIFFTAG_BITSPERSAMPLE) == 16 &&
+           (kind == PHOTOMETRIC_MINISBLACK || kind == PHOTOMETRIC_MINISWHITE);
+}
+
+unsigned char narrowed(std::uint16_t value)
+{
+    return static_cast<unsigned char>((value * 255u + 32895u) >> 16);
+}
+
+PixelBuffer decode_wide_grey_alpha(TIFF* file, const TiffInput& input, const ImageHead& head)
+{
+    const std::size_t row_bytes = std::size_t{head.width} * 4;
+    if (field_of<std::uint16_t>(file, TIFFTAG_PLANARCONFIG) != PLANARCONFIG_CONTIG ||
+        TIFFIsTiled(file) != 0 || static_cast<std::size_t>(TIFFScanlineSize(file)) != row_bytes)
+        refuse(input);
+    const bool inverted =
+        field_of<std::uint16_t>(file, TIFFTAG_PHOTOMETRIC) == PHOTOMETRIC_MINISWHITE;
+    PixelBuffer picture(static_cast<int>(head.width), static_cast<int>(head.height), 4);
+    std::vector<std::uint16_t> row(std::size_t{head.width} * 2);
+    for (std::uint32_t y = 0; y < head.height; ++y) {
+        if (TIFFReadScanline(file, row.data(), y, 0) < 0 || !input.error.empty())
+            refuse(input);
+        unsigned char* to = picture.row(static_cast<int>(y));
+        for (std::size_t part = 0; part < row.size(); part += 2, to += 4) {
+            const unsigned char grey = narrowed(row[part]);
+            to[0] = to[1] = to[2] = inverted ? static_cast<unsigned char>(255 - grey) : grey;
+            to[3] = narrowed(row[part + 1]);
+        }
+    }
+    return picture;
+}
+
 }  // namespace
 
 PixelBuffer decode_tiff(std::span<const unsigned char> bytes, const ImageHead& head)
 {
     TiffInput input{bytes, 0, {}};
-    const OwnedTiff file = open(input);
+    const std::size_t count = std::size_t{head.width} * head.height;
+    const OwnedTiff file = open(input, count);
     if (!file)
         refuse(input);
     std::uint16_t extra_count = 0;
@@ -160,6 +211,8 @@ PixelBuffer decode_tiff(std::span<const unsigned char> bytes, const ImageHead& h
         std::uint16_t kind = EXTRASAMPLE_ASSOCALPHA;
         TIFFSetField(file.get(), TIFFTAG_EXTRASAMPLES, 1, &kind);
     }
+    if (head.alpha && is_wide_grey_alpha(file.get()))
+        return decode_wide_grey_alpha(file.get(), input, head);
     // Rows are wanted as they are stored; the picture is turned later.
     TIFFSetField(file.get(), TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
 
@@ -172,7 +225,6 @@ PixelBuffer decode_tiff(std::span<const unsigned char> bytes, const ImageHead& h
     if (image.get().width != head.width || image.get().height != head.height)
         refuse_image("the TIFF data is damaged");
     image.get().req_orientation = ORIENTATION_TOPLEFT;
-    const std::size_t count = std::size_t{head.width} * head.height;
     const auto raster = std::make_unique_for_overwrite<std::uint32_t[]>(count);
     if (TIFFRGBAImageGet(&image.get(), raster.get(), head.width, head.height) == 0 ||
         !input.error.empty())

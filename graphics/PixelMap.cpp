@@ -170,8 +170,10 @@ zmr::PixelBuffer& PixelMap::edit_pixels()
     return pixels_;
 }
 
-GStreamable* PixelMap::clone(bool)
+GStreamable* PixelMap::clone(bool deep)
 {
+    if (!hasTheSameClassAs(&metaclass_))  // a derived class has more to copy
+        return GStreamable::clone(deep);
     return new PixelMap(*this);
 }
 

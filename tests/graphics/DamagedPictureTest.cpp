@@ -17,7 +17,7 @@ std::vector<std::string> pictures(const std::string& extension = {})
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(ZMR_TEST_DATA)) {
         const std::string name = entry.path().filename().string();
-        if (extension.empty() || name.ends_with(extension))
+        if (entry.is_regular_file() && (extension.empty() || name.ends_with(extension)))
             names.push_back(name);
     }
     return names;

@@ -157,6 +157,7 @@ const Kind kKinds[] = {
     {"rgba8.tif", true, colored_alpha},
     {"grey8.tif", false, grey},
     {"grey8_inverted.tif", false, grey},
+    {"grey_alpha8.tif", true, grey_alpha},
     {"palette8.tif", false, indexed<12>},
 };
 

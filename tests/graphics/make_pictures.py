@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Makes the pictures in data/, which the tests compare with the same formulas (TestPictures.h).
 
-All but the JPEG files are written byte by byte; those need ImageMagick's `convert`. Not made here:
-ycck.jpg, the inks of cmyk.jpg in JPEG's other colour space for them, written with libjpeg.
+Those in data/native/ are read natively only. All but the JPEG files are written byte by byte; those
+need ImageMagick's `convert`. Not made here: ycck.jpg, the inks of cmyk.jpg in JPEG's other colour
+space for them, written with libjpeg.
 Usage: make_pictures.py [FOLDER]
 """
 import os
@@ -376,6 +377,9 @@ def make_tiff():
     tiff("rgba8_multiplied.tif", "<", 4, multiplied, 2, extra=1)
     tiff("grey8.tif", "<", 1, lambda x, y: (grey(x, y),), 1)
     tiff("grey8_inverted.tif", "<", 1, lambda x, y: (255 - grey(x, y),), 0)
+    tiff("grey_alpha8.tif", "<", 2, lambda x, y: (grey(x, y), alpha(x, y)), 1, extra=2)
+    tiff("native/grey_alpha16.tif", ">", 2, lambda x, y: wide((grey(x, y), alpha(x, y))), 1, bits=16,
+         extra=2)
     palette = [entry(i)[part] * 257 if i < 12 else 0 for part in range(3) for i in range(256)]
     tiff("palette8.tif", "<", 1, lambda x, y: (index(x, y, 12),), 3, palette=palette)
     for orientation in (3, 6, 8):
@@ -414,7 +418,7 @@ def make_jpeg():
 
 
 def main():
-    os.makedirs(FOLDER, exist_ok=True)
+    os.makedirs(os.path.join(FOLDER, "native"), exist_ok=True)
     make_png()
     make_bmp()
     make_tga()
