@@ -2,13 +2,29 @@
 
 #include "foundation/Immortal.h"
 
+#include <algorithm>
+#include <bit>
+#include <cassert>
 #include <cstring>
 
 namespace {
 
 constinit zmr::Immortal<GClassRegistry> g_registry;
 
-constexpr std::size_t kFirstSlots = 256;
+constexpr std::size_t kFirstGroups = 32;
+constexpr std::uint64_t kEachByte = 0x0101010101010101u;
+constexpr std::uint64_t kHighBits = 0x8080808080808080u;
+
+/// The high bit of each byte of `word` that is 0; now and then also that of the byte above it.
+[[nodiscard]] inline std::uint64_t zero_bytes(std::uint64_t word)
+{
+    return (word - kEachByte) & ~word & kHighBits;
+}
+
+[[nodiscard]] inline std::uint64_t tag_of(std::uint64_t key)
+{
+    return ((key >> 24) & 0x7F) | 0x80;
+}
 
 template <class T>
 [[nodiscard]] inline std::uint64_t load(const char* bytes)
@@ -18,23 +34,42 @@ template <class T>
     return value;
 }
 
-/// One multiplication, both halves of its product folded.
+__extension__ using Product = unsigned __int128;
+
+/// Both halves of the full product, folded.
 [[nodiscard]] inline std::uint64_t mix(std::uint64_t a, std::uint64_t b)
 {
-    const std::uint64_t product = (a ^ b) * 0x9E3779B97F4A7C15u;
-    return product ^ (product >> 32);
+    const Product product = static_cast<Product>(a) * b;
+    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
 
-/// Equality of two texts of one length, eight bytes at a time, the last eight overlapping.
-[[nodiscard]] inline bool equal(const char* a, const char* b, std::size_t length)
+[[nodiscard]] inline std::uint64_t key_of(std::string_view name)
 {
-    if (length < 8)
-        return std::memcmp(a, b, length) == 0;
-    std::uint64_t difference =
-        load<std::uint64_t>(a + length - 8) ^ load<std::uint64_t>(b + length - 8);
-    for (std::size_t at = 0; at + 8 < length; at += 8)
-        difference |= load<std::uint64_t>(a + at) ^ load<std::uint64_t>(b + at);
-    return difference == 0;
+    // Three loads that overlap cover up to 24 bytes: a loop whose length differs from name to name
+    // would cost more than all the rest.
+    constexpr std::uint64_t kOdd1 = 0xA0761D6478BD642Fu;
+    constexpr std::uint64_t kOdd2 = 0xE7037ED1A0B428DBu;
+    const char* bytes = name.data();
+    const std::size_t length = name.size();
+    std::uint64_t first = 0;
+    std::uint64_t last = 0;
+    std::uint64_t hash = length;
+    if (length >= 8) {
+        first = load<std::uint64_t>(bytes);
+        last = load<std::uint64_t>(bytes + length - 8);
+        hash = mix(load<std::uint64_t>(bytes + (length - 8) / 2) ^ kOdd1, hash ^ kOdd2);
+        for (std::size_t at = 8; length > 24 && at + 8 < length; at += 8)
+            hash = mix(load<std::uint64_t>(bytes + at) ^ kOdd1, hash ^ kOdd2);
+    } else if (length >= 4) {
+        first = load<std::uint32_t>(bytes);
+        last = load<std::uint32_t>(bytes + length - 4);
+    } else if (length > 0) {
+        first = load<unsigned char>(bytes);
+        last =
+            load<unsigned char>(bytes + length / 2) << 8 | load<unsigned char>(bytes + length - 1);
+    }
+    hash = mix(first ^ kOdd1, last ^ hash ^ kOdd2);
+    return (hash & 0xFFFFFFFFu) | (static_cast<std::uint64_t>(length) + 1) << 32;
 }
 
 }  // namespace
@@ -46,49 +81,46 @@ GClassRegistry& GClassRegistry::Get()
 
 std::uint64_t GClassRegistry::Key(std::string_view name)
 {
-    const char* bytes = name.data();
-    const std::size_t length = name.size();
-    std::uint64_t hash = length;
-    if (length >= 8) {
-        for (std::size_t at = 0; at + 8 < length; at += 8)
-            hash = mix(hash, load<std::uint64_t>(bytes + at));
-        hash = mix(hash, load<std::uint64_t>(bytes + length - 8));
-    } else if (length >= 4) {
-        hash =
-            mix(hash, load<std::uint32_t>(bytes) | load<std::uint32_t>(bytes + length - 4) << 32);
-    } else if (length > 0) {
-        const std::uint64_t first = load<unsigned char>(bytes);
-        const std::uint64_t middle = load<unsigned char>(bytes + length / 2);
-        hash = mix(hash, first | middle << 8 | load<unsigned char>(bytes + length - 1) << 16);
-    }
-    return (hash & 0xFFFFFFFFu) | (static_cast<std::uint64_t>(length) + 1) << 32;
+    return key_of(name);
 }
 
-std::size_t GClassRegistry::position(std::string_view name, std::uint64_t key) const
+inline bool GClassRegistry::Holds(const Slot& slot, std::string_view name)
 {
-    const std::size_t mask = slots_.size() - 1;
-    const Slot* slots = slots_.data();
-    std::size_t at = static_cast<std::size_t>(key) & mask;
-    while (slots[at].key != 0) {
-        if (slots[at].key == key && equal(slots[at].name, name.data(), name.size()))
-            break;
-        at = (at + 1) & mask;
+    // The key holds the length, so both texts are as long as `name`.
+    const char* text = name.size() <= sizeof slot.text ? slot.text : slot.metaclass->name;
+    return std::memcmp(text, name.data(), name.size()) == 0;
+}
+
+inline const GClassRegistry::Slot* GClassRegistry::search(std::string_view name) const
+{
+    const std::uint64_t key = key_of(name);
+    const std::uint64_t wanted = tag_of(key) * kEachByte;
+    const std::size_t mask = tags_.size() - 1;
+    for (std::size_t at = static_cast<std::size_t>(key) & mask;; at = (at + 1) & mask) {
+        const std::uint64_t tags = tags_.data()[at];
+        const Slot* group = slots_.data() + kGroupSlots * at;
+        for (std::uint64_t hits = zero_bytes(tags ^ wanted); hits != 0; hits &= hits - 1) {
+            const Slot& slot = group[std::countr_zero(hits) / 8];
+            if (slot.key == key && Holds(slot, name))
+                return &slot;
+        }
+        if (zero_bytes(tags) != 0)
+            return nullptr;
     }
-    return at;
 }
 
 const GMetaClass* GClassRegistry::find(const char* name) const
 {
-    if (name == nullptr || slots_.empty())
+    if (name == nullptr || tags_.empty())
         return nullptr;
-    const std::string_view text(name);
-    return slots_.data()[position(text, Key(text))].metaclass;
+    const Slot* slot = search(name);
+    return slot == nullptr ? nullptr : slot->metaclass;
 }
 
 void GClassRegistry::enroll(const GMetaClass& metaclass)
 {
-    if (slots_.size() < 2 * (used_ + 1))
-        grow();
+    if (tags_.size() * kGroupSlots < 2 * (used_ + 1))
+        rebuild(tags_.empty() ? kFirstGroups : 2 * tags_.size());
     if (free_ordinals_.empty()) {
         metaclass.ordinal_ = static_cast<std::uint32_t>(by_ordinal_.size());
         by_ordinal_.push_back(&metaclass);
@@ -100,12 +132,12 @@ void GClassRegistry::enroll(const GMetaClass& metaclass)
     }
 
     const std::string_view name(metaclass.name);
-    const std::uint64_t key = Key(name);
-    Slot& slot = slots_[position(name, key)];
-    metaclass.shadowed_ = slot.metaclass;
-    if (slot.metaclass == nullptr)
-        ++used_;
-    slot = {key, metaclass.name, &metaclass};
+    const Slot* slot = search(name);
+    metaclass.shadowed_ = slot == nullptr ? nullptr : slot->metaclass;
+    if (slot == nullptr)
+        insert(Key(name), metaclass);
+    else
+        slots_[static_cast<std::size_t>(slot - slots_.data())].metaclass = &metaclass;
 }
 
 void GClassRegistry::leave(const GMetaClass& metaclass)
@@ -113,48 +145,57 @@ void GClassRegistry::leave(const GMetaClass& metaclass)
     by_ordinal_[metaclass.ordinal_] = nullptr;
     free_ordinals_.push_back(metaclass.ordinal_);
 
-    const std::string_view name(metaclass.name);
-    const std::size_t at = position(name, Key(name));
-    Slot& slot = slots_[at];
-    if (slot.metaclass != &metaclass) {
-        for (const GMetaClass* other = slot.metaclass; other != nullptr; other = other->shadowed_) {
+    const Slot* slot = search(metaclass.name);
+    assert(slot != nullptr);
+    if (slot->metaclass != &metaclass) {
+        for (const GMetaClass* other = slot->metaclass; other != nullptr;
+             other = other->shadowed_) {
             if (other->shadowed_ == &metaclass)
                 other->shadowed_ = metaclass.shadowed_;
         }
         return;
     }
-    slot.metaclass = metaclass.shadowed_;
-    if (slot.metaclass != nullptr)
-        slot.name = slot.metaclass->name;  // the text of the other's module
-    else
-        vacate(at);
+    const auto at = static_cast<std::size_t>(slot - slots_.data());
+    slots_[at].metaclass = metaclass.shadowed_;
+    if (metaclass.shadowed_ == nullptr)
+        remove(at);
 }
 
-void GClassRegistry::grow()
+void GClassRegistry::insert(std::uint64_t key, const GMetaClass& metaclass)
 {
-    std::vector<Slot> former(slots_.empty() ? kFirstSlots : 2 * slots_.size());
-    former.swap(slots_);
-    for (const Slot& slot : former) {
-        if (slot.key != 0)
-            slots_[position(slot.name, slot.key)] = slot;
-    }
+    const std::size_t mask = tags_.size() - 1;
+    std::size_t group = static_cast<std::size_t>(key) & mask;
+    while (zero_bytes(tags_[group]) == 0)
+        group = (group + 1) & mask;
+    const auto index = static_cast<std::size_t>(std::countr_zero(zero_bytes(tags_[group]))) / 8;
+    tags_[group] |= tag_of(key) << (8 * index);
+    Slot& slot = slots_[kGroupSlots * group + index];
+    slot.key = key;
+    slot.metaclass = &metaclass;
+    const std::string_view name(metaclass.name);
+    std::memcpy(slot.text, name.data(), std::min(name.size(), sizeof slot.text));
+    ++used_;
 }
 
-void GClassRegistry::vacate(std::size_t hole)
+void GClassRegistry::remove(std::size_t at)
 {
-    // What was pushed along by the entry that goes moves back, so that no probe ends too early.
-    const std::size_t mask = slots_.size() - 1;
-    std::size_t at = hole;
-    while (true) {
-        at = (at + 1) & mask;
-        if (slots_[at].key == 0)
-            break;
-        const std::size_t home = static_cast<std::size_t>(slots_[at].key) & mask;
-        if (((at - home) & mask) >= ((at - hole) & mask)) {
-            slots_[hole] = slots_[at];
-            hole = at;
-        }
-    }
-    slots_[hole] = Slot{};
+    std::uint64_t& tags = tags_[at / kGroupSlots];
+    const bool was_full = zero_bytes(tags) == 0;
+    tags &= ~(std::uint64_t{0xFF} << (8 * (at % kGroupSlots)));
+    slots_[at] = Slot{};
     --used_;
+    if (was_full)  // what did not fit the group lies further on, and would not be found any more
+        rebuild(tags_.size());
+}
+
+void GClassRegistry::rebuild(std::size_t group_count)
+{
+    std::vector<Slot> former(kGroupSlots * group_count);
+    tags_.assign(group_count, 0);
+    former.swap(slots_);
+    used_ = 0;
+    for (const Slot& slot : former) {
+        if (slot.metaclass != nullptr)
+            insert(slot.key, *slot.metaclass);
+    }
 }

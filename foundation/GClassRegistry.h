@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-/// All registered classes of the process: a flat open-addressing table from name to class, and the
-/// classes by ordinal. Behind GMetaClass, which is the face to use. Changed only while a module
+/// All registered classes of the process: a flat hash table from name to class, and the classes by
+/// ordinal. Behind GMetaClass, which is the face to use. Changed only while a module
 /// loads or unloads, in one thread; read by any.
 class GClassRegistry {
 public:
@@ -30,18 +30,25 @@ public:
     [[nodiscard]] static std::uint64_t Key(std::string_view name);
 
 private:
-    struct Slot {
-        std::uint64_t key = 0;       ///< 0: the slot is free.
-        const char* name = nullptr;  ///< That of `metaclass`, one hop nearer.
+    static constexpr std::size_t kGroupSlots = 8;
+
+    /// One line of the cache: a look-up touches no more when the name is as short as most are.
+    struct alignas(64) Slot {
+        std::uint64_t key = 0;
         const GMetaClass* metaclass = nullptr;
+        char text[48] = {};  ///< The first bytes of the name.
     };
 
-    /// The slot that holds the name, or the free one where it belongs. The table is not empty.
-    [[nodiscard]] std::size_t position(std::string_view name, std::uint64_t key) const;
-    void grow();
-    void vacate(std::size_t hole);
+    [[nodiscard]] static bool Holds(const Slot& slot, std::string_view name);
+    [[nodiscard]] const Slot* search(std::string_view name) const;
+    void insert(std::uint64_t key, const GMetaClass& metaclass);
+    void remove(std::size_t at);
+    void rebuild(std::size_t group_count);
 
-    std::vector<Slot> slots_;  ///< A power of two, at most half full.
+    /// For each group of 8 slots a byte of each slot's key, 0 for a free one: a group is looked
+    /// through at once. A search ends at the first group with a free slot.
+    std::vector<std::uint64_t> tags_;  ///< A power of two, on average at most half full.
+    std::vector<Slot> slots_;
     std::size_t used_ = 0;
     std::vector<const GMetaClass*> by_ordinal_;
     std::vector<std::uint32_t> free_ordinals_;
