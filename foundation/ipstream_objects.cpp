@@ -236,7 +236,8 @@ std::uint32_t ipstream::read_class(unsigned char tag)
     read_text(name);
     if (name.length() > zmr::kMaxClassNameBytes || met.classes.size() >= zmr::kMaxClasses)
         throw GStreamException("A stream names too many classes, or one by too long a name.");
-    const GMetaClass* metaclass = find_class(name.text);
+    const GMetaClass* metaclass =
+        name.view().find('\0') == std::string_view::npos ? find_class(name.text) : nullptr;
     if (metaclass == nullptr || metaclass->getBuilder() == nullptr ||
         metaclass->isKindOf(&GStreamable::metaclass_) == nullptr)
         throw UnknownStreamableType_Exception(name.text);

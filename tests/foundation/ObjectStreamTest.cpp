@@ -285,6 +285,16 @@ TEST(ObjectStream, UnknownClass_ThrowsAndNamesIt)
     }
 }
 
+TEST(ObjectStream, ClassNameWithZeroByte_IsUnknown)
+{
+    Forger out;
+    out.writeByte(kNewClass);
+    out.write_text(std::string_view("SampleNode\0x", 12));
+    impstream in(out.bytes());
+
+    EXPECT_THROW(in.readPointer(GStreamable::gTypeInfo_), UnknownStreamableType_Exception);
+}
+
 TEST(ObjectStream, ClassThatCantBeBuilt_ThrowsUnknown)
 {
     Forger out;
@@ -361,6 +371,59 @@ TEST(ObjectStream, WrongClassButHeldByOneThatOutlivesIt_StaysAlive)
     ASSERT_NE(inner, nullptr);
     ASSERT_NE(outer, nullptr);
     EXPECT_EQ(inner->watched.at(0), outer.get());
+}
+
+TEST(ObjectStream, WrongClassWhosePartIsHeldByASurvivor_StaysAlive)
+{
+    // The node is no group; but a peer that nobody owns has got a pointer to the node's child.
+    const NothingLeaks check;
+    Forger out;
+    out.new_object("SampleNode");
+    out.node_head();
+    out.writeByte(kFirstClass);
+    out.node_head();
+    out.null();
+    out.null();
+    out.writeByte(kFirstClass);
+    out.node_head();
+    out.null();
+    out.known(1);
+    out.known(2);
+    out.known(0);
+    impstream in(out.bytes());
+    EXPECT_EQ(in.read_pointer<SampleGroup>(), nullptr);
+    const Held<SampleNode> peer(in.read_owned<SampleNode>());
+    const Held<SampleNode> top(in.read_owned<SampleNode>());
+
+    ASSERT_NE(peer, nullptr);
+    ASSERT_NE(top, nullptr);
+    EXPECT_EQ(peer->peer, top->child);
+}
+
+TEST(ObjectStream, ReadingFailsButWhatItOwnedIsHeldOutside_StaysAlive)
+{
+    // The watcher has got the node before a group takes it as its child and then fails.
+    const NothingLeaks check;
+    Forger out;
+    out.new_object("SampleWatcher");
+    out.writeByte(0);
+    out.writeByte(1);
+    out.new_object("SampleNode");
+    out.node_head();
+    out.null();
+    out.null();
+    out.new_object("SampleNode");
+    out.node_head();
+    out.known(1);
+    impstream in(out.bytes());
+    const Held<SampleWatcher> watcher(in.read_owned<SampleWatcher>());
+    EXPECT_THROW(in.readPointer(GStreamable::gTypeInfo_), GStreamException);
+
+    auto* node = zmr::class_cast<SampleNode>(watcher->watched.at(0));
+    ASSERT_NE(node, nullptr);
+    EXPECT_EQ(node->name, "forged");
+    EXPECT_TRUE(node->has_owner);
+    SampleNode::end_orphans_beyond(0);
 }
 
 TEST(ObjectStream, WrongClassHeldByItsOwnChild_IsDestroyedWithIt)
