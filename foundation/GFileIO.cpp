@@ -1,6 +1,7 @@
 #include "foundation/GFileIO.h"
 
 #include "foundation/GException.h"
+#include "foundation/PathSyntax.h"
 
 #include <limits>
 
@@ -42,7 +43,8 @@ GFileIO::GFileIO(const char* name, IOOpenMode mode, IOCreateMode create, IOShare
         files = &zmr::FileSystemDevice::Real();
     const auto access =
         (mode & OpenWrite) != 0 ? zmr::FileAccess::ReadWrite : zmr::FileAccess::Read;
-    device_ = files->open(name_, access, device_create(create), device_share(share), open_error_);
+    device_ = files->open(zmr::system_path(name_), access, device_create(create),
+                          device_share(share), open_error_);
 }
 
 GFileIO::~GFileIO() = default;

@@ -465,6 +465,21 @@ TEST(FileStream, CreateModes_DoWhatTheySay)
     EXPECT_EQ(size(), 1u);
 }
 
+TEST(FileStream, NameWithBackslashes_IsOpenedInBothLanes)
+{
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder.path() / "below");
+    const std::string name = folder.file("below\\slashes.bin");
+    {
+        ofpstream out(name.c_str());
+        out.writeByte(5);
+    }
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / "below" / "slashes.bin"));
+    ifpstream in(name.c_str());
+
+    EXPECT_EQ(in.readByte(), 5);
+}
+
 TEST(FileStream, NullName_IsBad)
 {
     const ifpstream in(nullptr);
