@@ -1,0 +1,5 @@
+zmr_add_benchmark(classes SOURCES bench_classes.cpp LINK zmr_foundation)
+find_package(Qt6 COMPONENTS Core QUIET)
+if(Qt6_FOUND)
+    zmr_add_benchmark(streams SOURCES bench_streams.cpp LINK zmr_foundation Qt6::Core)
+endif()
