@@ -51,6 +51,7 @@ void TextScanner::skip_blanks()
 
 std::string_view TextScanner::word()
 {
+    in_line_ = true;
     skip_blanks();
     const auto end = std::find_if(rest_.begin(), rest_.end(),
                                   [](char c) { return is_blank(c) || is_line_end(c); });
@@ -64,8 +65,9 @@ std::string_view TextScanner::word()
 
 bool TextScanner::next_line()
 {
-    while (!word().empty()) {
+    while (in_line_ && !word().empty()) {
     }
+    in_line_ = true;
     while (!rest_.empty()) {
         skip_blanks();
         if (rest_.empty())

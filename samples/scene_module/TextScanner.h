@@ -37,6 +37,7 @@ private:
     std::string_view rest_;
     Comments comments_;
     std::uint64_t line_ = 1;
+    bool in_line_ = false;  ///< False in front of the whole text.
 };
 
 /// Parses `word`, which may begin with "+". False unless the whole of it is a number within a

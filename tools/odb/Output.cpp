@@ -37,7 +37,7 @@ bool is_second_control(std::string_view text, std::size_t i)
 
 void print(std::string_view text)
 {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size())
+    if (!text.empty() && std::fwrite(text.data(), 1, text.size(), stdout) != text.size())
         output_failed = true;
 }
 

@@ -1,0 +1,159 @@
+// What only a POSIX system can bring about from outside.
+#include "tests/tools/ToolTest.h"
+
+#include <gmock/gmock.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class OdbOnPosix : public ToolTest {
+protected:
+    // `count` names of one picture.
+    void make_pictures(int count) const
+    {
+        write_picture("dot.bmp");
+        make_folder("pictures");
+        for (int i = 0; i < count; ++i)
+            std::filesystem::create_symlink(file("dot.bmp"),
+                                            file("pictures/" + std::to_string(i) + ".bmp"));
+    }
+};
+
+TEST_F(OdbOnPosix, FullDisk_KeepsWhatWasThereAndSaysSo)
+{
+    make_library();
+    const auto before = paths();
+    ToolControl full;
+    full.file_limit_bytes = std::filesystem::file_size(library()) + 4096;
+
+    const ToolResult result = run_tool(
+        {"add", library(), sample("vase.stl"), sample("evening.jpg"), "--module", ZMR_SCENE_MODULE},
+        full);
+
+    EXPECT_EQ(result.code, 1) << result.err;
+    EXPECT_THAT(result.err, HasSubstr("library.odb"));
+    EXPECT_EQ(run_json(0, {"verify", library()})["ok"], true);
+    for (const std::string& path : before)
+        run(path == "models/ring.obj" ? 1 : 0, {"show", library(), path});
+}
+
+TEST_F(OdbOnPosix, FullDiskForANewLibrary_IsAnError)
+{
+    ToolControl full;
+    full.file_limit_bytes = 512;
+
+    const ToolResult result = run_tool({"create", library()}, full);
+
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err, HasSubstr("library.odb"));
+}
+
+TEST_F(OdbOnPosix, FullDiskOnExtraction_IsAnError)
+{
+    make_library();
+    ToolControl full;
+    full.file_limit_bytes = 512;
+
+    const ToolResult result = run_tool({"extract", library(), "badge.png", "models", "--to",
+                                        file("out"), "--module", ZMR_SCENE_MODULE},
+                                       full);
+
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.out, HasSubstr("0 written, 2 not"));
+    EXPECT_FALSE(exists("out/badge.png"));
+    EXPECT_FALSE(exists("out/models/ring.obj"));
+}
+
+TEST_F(OdbOnPosix, InterruptedAdd_EndsWithAGoodFileOfWhatWasAdded)
+{
+    constexpr int kPictures = 40'000;
+    make_pictures(kPictures);
+    ToolControl interrupt;
+    interrupt.interrupt_at_file = library();
+
+    const ToolResult result = run_tool({"add", library(), file("pictures"), "--json"}, interrupt);
+
+    EXPECT_EQ(result.code, 1) << result.err;
+    EXPECT_THAT(result.err, HasSubstr("interrupted"));
+    const int added = nlohmann::json::parse(result.out)["added"];
+    EXPECT_GT(added, 0);
+    EXPECT_LT(added, kPictures);
+    EXPECT_EQ(run_json(0, {"info", library()})["objects"], added);
+    EXPECT_EQ(run_json(0, {"verify", library()})["ok"], true);
+}
+
+TEST_F(OdbOnPosix, ManySources_StayBelowTheMemoryLimit)
+{
+    constexpr int kPictures = 4000;
+    make_pictures(kPictures);
+    const ToolResult few = run(0, {"add", file("few.odb"), file("dot.bmp")});
+
+    const ToolResult many = run(0, {"add", library(), file("pictures")});
+
+#if defined(__SANITIZE_ADDRESS__)
+    // The sanitizer's own memory counts too, and what was freed stays in its quarantine.
+    constexpr std::uint64_t kLimit = 400u << 20;
+    constexpr std::uint64_t kGrowth = 300u << 20;
+#else
+    constexpr std::uint64_t kLimit = 64u << 20;
+    constexpr std::uint64_t kGrowth = 24u << 20;
+#endif
+    RecordProperty("peak_bytes", std::to_string(many.peak_bytes));
+    EXPECT_LT(many.peak_bytes, kLimit);
+    EXPECT_LT(many.peak_bytes - few.peak_bytes, kGrowth);
+    EXPECT_EQ(run_json(0, {"info", library()})["objects"], kPictures);
+}
+
+TEST_F(OdbOnPosix, LinksAndCycles_AreFollowedOnceAndReported)
+{
+    make_folder("pictures/below");
+    write_picture("dot.bmp");
+    std::filesystem::create_symlink(file("dot.bmp"), file("pictures/link.bmp"));
+    std::filesystem::create_symlink(file("pictures"), file("pictures/below/up"));
+    std::filesystem::create_symlink(file("gone.bmp"), file("pictures/dead.bmp"));
+    ASSERT_EQ(mkfifo(file("pictures/pipe.bmp").c_str(), 0600), 0);
+
+    const auto added = run_json(1, {"add", library(), file("pictures"), "-r"});
+
+    EXPECT_EQ(added["added"], 1);
+    EXPECT_EQ(added["skipped"].size(), 3u);
+    EXPECT_THAT(paths(), ElementsAre("link.bmp"));
+}
+
+TEST_F(OdbOnPosix, LinkInTheTargetDirectory_IsNotFollowedOut)
+{
+    make_library();
+    make_folder("out");
+    make_folder("elsewhere");
+    std::filesystem::create_symlink(file("elsewhere"), file("out/a"));
+
+    run(1, {"extract", library(), "a", "--to", file("out")});
+
+    EXPECT_TRUE(std::filesystem::is_empty(file("elsewhere")));
+}
+
+TEST_F(OdbOnPosix, NamesThatAreNoUtf8_SurviveTheJson)
+{
+    const std::string name = "caf\xe9.bmp";
+    write_picture(name);
+
+    run(0, {"add", library(), file(name)});
+
+    const auto listed = run_json(0, {"list", library()});
+    ASSERT_EQ(listed.size(), 1u);
+    EXPECT_EQ(listed[0]["name"], "caf\xef\xbf\xbd.bmp");
+    run(0, {"extract", library(), name, "--to", file("out")});
+    EXPECT_TRUE(exists("out") && std::filesystem::exists(file("out/" + name + ".png")));
+}
+
+TEST_F(OdbOnPosix, OutputThatCantBeWritten_IsAnError)
+{
+    make_library();
+    const std::string command =
+        std::string("exec '") + ZMR_ODB_TOOL + "' list '" + library() + "' > /dev/full 2>&1";
+
+    EXPECT_EQ(std::system(command.c_str()) >> 8, 1);
+}
