@@ -2,12 +2,16 @@
 #include "foundation/GException.h"
 #include "graphics/PixelMap.h"
 #include "odb/ODB_MediatorsArray.h"
+#include "store/LibraryFile.h"
 #include "store/ResourceFileServer.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <random>
+#include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -133,6 +137,48 @@ TEST(ObjectDatabase, Append_ObjectThatThrowsWhileWritten_LeavesTheFormerOne)
     EXPECT_THROW(test.database.append_object(&object, GString("lamp"), nullptr), GLibraryException);
 
     EXPECT_EQ(test.note_of("lamp"), "old");
+}
+
+TEST(ObjectDatabase, Append_ALargeObject_IsCommittedTogetherWithItsMediator)
+{
+    // Its stream is written after the object: what another process sees then is what a crash
+    // leaves.
+    struct Spy : ODB_InternalObject {
+        explicit Spy(std::string library) : library_(std::move(library)) {}
+        void write(opstream& out) override
+        {
+            zmr::LibraryFile other;
+            ASSERT_EQ(other.open(library_, zmr::LibraryAccess::Read).status,
+                      zmr::LibraryOpenStatus::Ok);
+            seen_early = other.exists(zmr::LibraryPath(), "big", GetDefaultResourceType().view());
+            asked = true;
+            ODB_InternalObject::write(out);
+        }
+        std::string library_;
+        bool asked = false;
+        bool seen_early = false;
+    };
+    OdbTest test;
+    test.add("first", "x");
+    test.database.flush();
+    std::string large;
+    std::mt19937 random(1);
+    for (int i = 0; i < 6'000'000; ++i)  // more than is held back outside a scope
+        large += static_cast<char>(1 + random() % 255);
+    TestNote object(large.c_str());
+    auto* const spy = new Spy(test.file());
+
+    test.database.append_object(&object, GString("big"), spy);
+
+    EXPECT_TRUE(spy->asked);
+    EXPECT_FALSE(spy->seen_early);
+    zmr::LibraryFile other;
+    ASSERT_EQ(other.open(test.file(), zmr::LibraryAccess::Read).status, zmr::LibraryOpenStatus::Ok);
+    EXPECT_TRUE(other.exists(zmr::LibraryPath(), "big",
+                             ODB_InternalObject::GetDefaultResourceType().view()))
+        << "the scope's end commits what is due";
+    EXPECT_TRUE(
+        other.exists(zmr::LibraryPath(), "big", ObjectDatabase::MediatorResourceType.view()));
 }
 
 TEST(ObjectDatabase, RemoveObject_IconStaysUntilPack)
