@@ -292,7 +292,9 @@ bool LibraryState::write_block(FrameKind kind, std::string_view bytes, std::stri
                                std::uint64_t& position)
 {
     std::uint64_t start = 0;
-    if (find_room(bytes.size() + more.size(), start))
+    const std::uint64_t size = bytes.size() + more.size();
+    // What must be written anyway is better off in any free space than behind all.
+    if (find_room(size, start) || space_.allocate(size + kFrameBytes, start))
         return storage.write_free(start, kind, bytes, more, position);
     return storage.append(kind, bytes, more, position);
 }

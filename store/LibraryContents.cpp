@@ -89,9 +89,11 @@ bool LibraryState::stored_bytes(const EntryValue& value, std::string& bytes) con
 bool LibraryState::get(const LibraryPath& path, const EntryKey& key, std::string& bytes)
 {
     DirectoryIndex::Found found;
-    bytes.clear();
-    if (!find(path, key, found))
+    if (!find(path, key, found)) {
+        bytes.clear();
         return false;
+    }
+    // Not cleared before: a string of the same size that is used again needs no zeros.
     bool good = stored_bytes(found.value, bytes);
     if (good && found.value.has(EntryValue::kCompressed)) {
         std::string inflated;

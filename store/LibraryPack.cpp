@@ -29,7 +29,8 @@ private:
     void rebuild_space();
     [[nodiscard]] bool move_contents(std::uint64_t limit);
     [[nodiscard]] bool move_index(std::uint64_t limit);
-    [[nodiscard]] bool move_content(const LibraryPath& path, const Mover& mover);
+    [[nodiscard]] bool move_content(const LibraryPath& path, const Mover& mover,
+                                    std::uint64_t limit);
     [[nodiscard]] bool cut();
     template <class Visit>
     [[nodiscard]] bool each_directory(Visit visit);
@@ -129,15 +130,19 @@ void LibraryPack::rebuild_space()
         space.give({end, state_.storage.end() - end}, state_.number_);
 }
 
-bool LibraryPack::move_content(const LibraryPath& path, const Mover& mover)
+bool LibraryPack::move_content(const LibraryPath& path, const Mover& mover, std::uint64_t limit)
 {
     const EntryKey key{mover.type, mover.name};
     EntryValue value = mover.value;
     std::uint64_t start = 0;
     const FileRange old = mover.value.range();
-    state_.room_limit_ = old.position;
-    if (!state_.find_room(old.length - kFrameBytes, start))
-        return true;
+    // Best to where it can stay; otherwise anywhere further to the front.
+    state_.room_limit_ = limit;
+    if (!state_.find_room(old.length - kFrameBytes, start)) {
+        state_.room_limit_ = old.position;
+        if (!state_.find_room(old.length - kFrameBytes, start))
+            return true;
+    }
     // Copied as it lies, table and all: the checksum moves with the value.
     constexpr std::uint64_t kPieceBytes = 1u << 20;
     state_.storage.set_must_sync_first();
@@ -177,7 +182,7 @@ bool LibraryPack::move_contents(std::uint64_t limit)
             return true;
         });
         for (const Mover& mover : movers)
-            if (!move_content(path, mover))
+            if (!move_content(path, mover, limit))
                 return false;
         if (progress_ && !progress_(moved_bytes_, std::max(moved_bytes_, live_bytes_))) {
             stopped_ = true;

@@ -90,11 +90,13 @@ void SpaceMap::give(const FileRange& range, std::uint64_t number)
 
 bool SpaceMap::allocate(std::uint64_t length, std::uint64_t& position, std::uint64_t limit)
 {
-    constexpr int kTries = 64;  // only a limit makes more than one needed
+    constexpr int kTries = 256;  // only a limit makes more than one needed
     auto best = usable_.lower_bound({length, 0});
-    for (int i = 0; i < kTries && best != usable_.end(); ++i, ++best) {
-        if (best->second > limit || length > limit - best->second)
+    for (int i = 0; i < kTries && best != usable_.end(); ++i) {
+        if (best->second > limit || length > limit - best->second) {
+            best = usable_.lower_bound({best->first + 1, 0});  // others of that size lie behind
             continue;
+        }
         const auto piece = pieces_.find(best->second);
         position = piece->first;
         const std::uint64_t rest = piece->second.length - length;
