@@ -149,8 +149,9 @@ private:
         if (last.index <= count)
             return;
         GLibraryException error;
-        error.message("line %llu: a face names %s %u, the file has %zu",
-                      static_cast<unsigned long long>(last.line), what, last.index, count);
+        error.message("line %llu: a face names %s %u, the file has %llu",
+                      static_cast<unsigned long long>(last.line), what, last.index,
+                      static_cast<unsigned long long>(count));
         throw error;
     }
 

@@ -70,7 +70,7 @@ private:
 [[noreturn]] void fail_at(std::size_t position, const char* what)
 {
     GLibraryException error;
-    error.message("byte %zu: %s", position, what);
+    error.message("byte %llu: %s", static_cast<unsigned long long>(position), what);
     throw error;
 }
 
