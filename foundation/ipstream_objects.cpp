@@ -53,6 +53,9 @@ template <class T>
 
 }  // namespace
 
+// The functions on the way of every object are inline here: as members of an exported class they
+// would be called through the table by which other modules could replace them.
+
 struct ipstream::Graph {
     std::vector<MetClass> classes;
     std::vector<MetObject> objects;
@@ -81,7 +84,7 @@ private:
 };
 
 /// The object as the asked class, or null. Its class has given the same answer before, mostly.
-void* ipstream::Graph::cast(std::uint32_t number, const type_info& type)
+inline void* ipstream::Graph::cast(std::uint32_t number, const type_info& type)
 {
     const MetObject& object = objects[number];
     MetClass& known = classes[object.class_number];
@@ -94,7 +97,7 @@ void* ipstream::Graph::cast(std::uint32_t number, const type_info& type)
     return known.asked_fits ? at_offset<void>(object.root, known.asked_offset) : nullptr;
 }
 
-GStreamable* ipstream::Graph::streamable(std::uint32_t number)
+inline GStreamable* ipstream::Graph::streamable(std::uint32_t number)
 {
     const MetObject& object = objects[number];
     MetClass& known = classes[object.class_number];
@@ -107,7 +110,7 @@ GStreamable* ipstream::Graph::streamable(std::uint32_t number)
 }
 
 /// Notes that the object that is being read has got the pointer, which may be null.
-void* ipstream::Graph::hand_out(std::uint32_t number, void* part)
+inline void* ipstream::Graph::hand_out(std::uint32_t number, void* part)
 {
     last = part == nullptr ? kNobody : number;
     if (part != nullptr && current != kNobody)
@@ -209,7 +212,7 @@ void* ipstream::readPointer(const type_info& type)
     return read_object(read_class(tag), type);
 }
 
-void* ipstream::read_reference(const type_info& type)
+inline void* ipstream::read_reference(const type_info& type)
 {
     Graph& met = graph();
     const std::uint32_t number = read_value<std::uint32_t>();
@@ -221,7 +224,7 @@ void* ipstream::read_reference(const type_info& type)
 }
 
 /// The number in this stream of the class of a new object.
-std::uint32_t ipstream::read_class(unsigned char tag)
+inline std::uint32_t ipstream::read_class(unsigned char tag)
 {
     Graph& met = graph();
     if (tag != zmr::kNewClass) {
@@ -245,7 +248,7 @@ std::uint32_t ipstream::read_class(unsigned char tag)
     return static_cast<std::uint32_t>(met.classes.size() - 1);
 }
 
-void* ipstream::read_object(std::uint32_t class_number, const type_info& type)
+inline void* ipstream::read_object(std::uint32_t class_number, const type_info& type)
 {
     Graph& met = *graph_;
     if (met.depth >= kMaxDepth)

@@ -20,7 +20,7 @@ opstream::opstream() : out_(ClosedBuffer()) {}
 
 opstream::~opstream() = default;
 
-opstream::Graph& opstream::graph()
+inline opstream::Graph& opstream::graph()
 {
     if (graph_ == nullptr)
         graph_ = std::make_unique<Graph>();
@@ -62,7 +62,7 @@ void opstream::writeStreamablePointer(GStreamable* object, bool only_known)
     writePointer(object);
 }
 
-void opstream::write_class(const GMetaClass& metaclass)
+inline void opstream::write_class(const GMetaClass& metaclass)
 {
     Graph& met = *graph_;
     const std::uint32_t ordinal = metaclass.ordinal();
