@@ -43,6 +43,8 @@ public:
         : request_(request), app_("Makes, fills, lists and cares for object libraries.", "odb")
     {
         app_.require_subcommand(1);
+        // "/" begins names of entries and of files.
+        app_.allow_windows_style_options(false);
         app_.footer(kFooter);
         add_making();
         add_looking();
