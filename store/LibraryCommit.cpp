@@ -110,7 +110,7 @@ bool LibraryState::fold()
         if (!find_room(block.length, start))
             return false;
         space_.give({start, block.length + kFrameBytes}, 0);
-        return true;
+        return start < block.position;
     };
     IndexFold fold(index, write, moves);
     const bool done = fold.run();
@@ -285,6 +285,8 @@ bool LibraryState::find_room(std::uint64_t bytes, std::uint64_t& start)
 {
     load_space();
     advance_space();
+    if (move_above_ != kNoLimit && room_limit_ == kNoLimit)
+        return space_.allocate_first(bytes + kFrameBytes, start);
     return space_.allocate(bytes + kFrameBytes, start, room_limit_);
 }
 
@@ -292,9 +294,7 @@ bool LibraryState::write_block(FrameKind kind, std::string_view bytes, std::stri
                                std::uint64_t& position)
 {
     std::uint64_t start = 0;
-    const std::uint64_t size = bytes.size() + more.size();
-    // What must be written anyway is better off in any free space than behind all.
-    if (find_room(size, start) || space_.allocate(size + kFrameBytes, start))
+    if (find_room(bytes.size() + more.size(), start))
         return storage.write_free(start, kind, bytes, more, position);
     return storage.append(kind, bytes, more, position);
 }

@@ -141,8 +141,11 @@ bool LibraryPack::move_content(const LibraryPath& path, const Mover& mover, std:
     if (!state_.find_room(old.length - kFrameBytes, start)) {
         state_.room_limit_ = old.position;
         if (!state_.find_room(old.length - kFrameBytes, start))
-            return true;
+            start = 0;
     }
+    state_.room_limit_ = LibraryState::kNoLimit;
+    if (start == 0)
+        return true;
     // Copied as it lies, table and all: the checksum moves with the value.
     constexpr std::uint64_t kPieceBytes = 1u << 20;
     state_.storage.set_must_sync_first();
@@ -194,28 +197,16 @@ bool LibraryPack::move_contents(std::uint64_t limit)
 
 bool LibraryPack::move_index(std::uint64_t limit)
 {
-    // Below the lowest of those that move, so that none goes further back than it lies.
-    std::uint64_t lowest = LibraryState::kNoLimit;
-    const auto look_at = [&](const BlockRef& block) {
-        const FileRange range = block.range();
-        const bool moves = range.length > 0 && range.position + range.length > limit;
-        if (moves)
-            lowest = std::min(lowest, range.position);
-        return moves;
-    };
-    const RootRecord& root = state_.index.root();
-    look_at(root.types);
-    for (const PageRef& page : root.pages)
-        look_at(page.block);
     const bool walked = each_directory([&](const LibraryPath& path) {
         ReadOutcome outcome;
         const auto base = state_.index.base_of(path.key(), outcome);
-        for (std::size_t i = 0; base != nullptr && i < base->extents.size(); ++i)
-            if (look_at(base->extents[i].block))
+        for (std::size_t i = 0; base != nullptr && i < base->extents.size(); ++i) {
+            const BlockRef& block = base->extents[i].block;
+            if (block.position + block.length > limit)
                 state_.index.touch(path.key());
+        }
         return true;
     });
-    state_.room_limit_ = lowest;
     return walked && settle();
 }
 

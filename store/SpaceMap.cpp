@@ -97,14 +97,30 @@ bool SpaceMap::allocate(std::uint64_t length, std::uint64_t& position, std::uint
             best = usable_.lower_bound({best->first + 1, 0});  // others of that size lie behind
             continue;
         }
-        const auto piece = pieces_.find(best->second);
-        position = piece->first;
-        const std::uint64_t rest = piece->second.length - length;
-        erase(piece);
-        insert(position + length, rest, 0);
+        position = take_from(pieces_.find(best->second), length);
         return true;
     }
     return false;
+}
+
+bool SpaceMap::allocate_first(std::uint64_t length, std::uint64_t& position)
+{
+    for (auto piece = pieces_.begin(); piece != pieces_.end(); ++piece) {
+        if (piece->second.number != 0 || piece->second.length < length)
+            continue;
+        position = take_from(piece, length);
+        return true;
+    }
+    return false;
+}
+
+std::uint64_t SpaceMap::take_from(Pieces::iterator piece, std::uint64_t length)
+{
+    const std::uint64_t position = piece->first;
+    const std::uint64_t rest = piece->second.length - length;
+    erase(piece);
+    insert(position + length, rest, 0);
+    return position;
 }
 
 void SpaceMap::advance(std::uint64_t number)

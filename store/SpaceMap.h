@@ -26,6 +26,8 @@ public:
     /// the first few. False when there is none. Logarithmic.
     [[nodiscard]] bool allocate(std::uint64_t length, std::uint64_t& position,
                                 std::uint64_t limit = std::numeric_limits<std::uint64_t>::max());
+    /// The same, but the first that fits. Linear.
+    [[nodiscard]] bool allocate_first(std::uint64_t length, std::uint64_t& position);
     /// Lets space that commits up to `number` gave up be used, except where it is pinned.
     void advance(std::uint64_t number);
     /// The lowest number that something waits for; 0 when nothing does.
@@ -61,6 +63,7 @@ private:
     using Pieces = std::map<std::uint64_t, Piece>;
     void insert(std::uint64_t position, std::uint64_t length, std::uint64_t number);
     Pieces::iterator erase(Pieces::iterator piece);
+    [[nodiscard]] std::uint64_t take_from(Pieces::iterator piece, std::uint64_t length);
 
     Pieces pieces_;
     std::set<std::pair<std::uint64_t, std::uint64_t>> usable_;               // length, position
