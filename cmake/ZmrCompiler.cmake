@@ -40,6 +40,10 @@ set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g -fno-omit-frame-pointer")
 set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1")
 set(CMAKE_CXX_FLAGS_RELEASE "-O3 -DNDEBUG")
 if(NOT WIN32)
+    # Nobody puts functions of his own in the place of the library's: calls within it are inlined.
+    string(APPEND CMAKE_CXX_FLAGS_RELEASE " -fno-semantic-interposition")
+endif()
+if(NOT WIN32)
     add_compile_definitions($<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 endif()
 
