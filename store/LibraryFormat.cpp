@@ -62,19 +62,6 @@ std::uint64_t RunningChecksum::value() const
     return XXH3_64bits_digest(static_cast<const XXH3_state_t*>(state_));
 }
 
-std::uint32_t load_u32(const char* bytes)
-{
-    std::uint32_t value = 0;
-    for (int i = 3; i >= 0; --i)
-        value = value << 8 | static_cast<unsigned char>(bytes[i]);
-    return value;
-}
-
-std::uint64_t load_u64(const char* bytes)
-{
-    return std::uint64_t{load_u32(bytes + 4)} << 32 | load_u32(bytes);
-}
-
 void ByteWriter::u32(std::uint32_t value)
 {
     for (int i = 0; i < 4; ++i)
@@ -118,7 +105,7 @@ std::uint64_t ByteReader::u64()
     return part.empty() ? 0 : load_u64(part.data());
 }
 
-std::uint64_t ByteReader::varint()
+std::uint64_t ByteReader::long_varint()
 {
     std::uint64_t value = 0;
     const std::size_t most = std::min<std::size_t>(left_.size(), 10);
@@ -134,22 +121,6 @@ std::uint64_t ByteReader::varint()
     }
     fail();
     return 0;
-}
-
-std::string_view ByteReader::text()
-{
-    return bytes(varint());
-}
-
-std::string_view ByteReader::bytes(std::uint64_t count)
-{
-    if (!good_ || count > left_.size()) {
-        fail();
-        return {};
-    }
-    const std::string_view part = left_.substr(0, static_cast<std::size_t>(count));
-    left_.remove_prefix(part.size());
-    return part;
 }
 
 std::uint64_t ByteReader::count(std::size_t least_bytes)

@@ -47,6 +47,17 @@ private:
     void* state_;
 };
 
+// Inline, because every record's every number goes through them; compilers make one load of each.
+[[nodiscard]] inline std::uint32_t load_u32(const char* bytes)
+{
+    const auto byte = [&](int i) { return std::uint32_t{static_cast<unsigned char>(bytes[i])}; };
+    return byte(0) | byte(1) << 8 | byte(2) << 16 | byte(3) << 24;
+}
+[[nodiscard]] inline std::uint64_t load_u64(const char* bytes)
+{
+    return std::uint64_t{load_u32(bytes + 4)} << 32 | load_u32(bytes);
+}
+
 /// Appends numbers and texts to a string.
 class ByteWriter {
 public:
@@ -73,21 +84,36 @@ public:
     std::uint8_t u8();
     std::uint32_t u32();
     std::uint64_t u64();
-    std::uint64_t varint();
+    std::uint64_t varint()
+    {
+        if (!left_.empty() && static_cast<unsigned char>(left_[0]) < 0x80) {
+            const auto value = static_cast<unsigned char>(left_[0]);
+            left_.remove_prefix(1);
+            return value;
+        }
+        return long_varint();
+    }
     /// Borrowed from the bytes.
-    std::string_view text();
-    std::string_view bytes(std::uint64_t count);
+    std::string_view text() { return bytes(varint()); }
+    std::string_view bytes(std::uint64_t count)
+    {
+        if (count > left_.size()) {
+            fail();
+            return {};
+        }
+        const std::string_view part = left_.substr(0, static_cast<std::size_t>(count));
+        left_.remove_prefix(part.size());
+        return part;
+    }
     /// A count of things that take at least `least_bytes` each.
     std::uint64_t count(std::size_t least_bytes);
     void fail() { good_ = false, left_ = {}; }
 
 private:
+    std::uint64_t long_varint();
     std::string_view left_;
     bool good_ = true;
 };
-
-[[nodiscard]] std::uint32_t load_u32(const char* bytes);
-[[nodiscard]] std::uint64_t load_u64(const char* bytes);
 
 /// A part of the file.
 struct FileRange {
