@@ -100,7 +100,8 @@ Palette read_palette(const BmpHeader& header, ByteView bytes)
 {
     Palette palette{};
     for (std::uint32_t index = 0; index < header.palette_count; ++index) {
-        const std::uint64_t place = header.palette_at + index * header.palette_entry_bytes;
+        const std::uint64_t place =
+            header.palette_at + std::uint64_t{index} * header.palette_entry_bytes;
         std::memcpy(palette[index].data(), bytes.at(place), 3);
     }
     return palette;

@@ -73,8 +73,9 @@ public:
 
     /// Draws the part of the map at (`x`, `y`), `width` by `height` pixels, into the rectangle from
     /// (`left`, `top`) to (`right`, `bottom`), scaled by the device context's stretch mode. A map
-    /// with alpha is blended over what is there. An empty part or rectangle draws nothing. Natively
-    /// there is nothing to draw on: throws CNotSupportedException.
+    /// with alpha is blended over what is there. What lies outside the map is left out, with its
+    /// share of the rectangle; an empty part or rectangle draws nothing. Natively there is nothing
+    /// to draw on: throws CNotSupportedException.
     void stretch(HDC dc, int x, int y, int width, int height, int left, int top, int right,
                  int bottom) const;
     /// A bitmap with the pixels as they are now, kept and freed by the map and made anew after a

@@ -1,5 +1,6 @@
 #include "graphics/PixelMap.h"
 
+#include "graphics/StretchPart.h"
 #include "platform/Handles.h"
 
 #include <cstring>
@@ -79,23 +80,25 @@ void PixelMap::CloseBitmap::operator()(HBITMAP bitmap) const noexcept
 void PixelMap::stretch(HDC dc, int x, int y, int width, int height, int left, int top, int right,
                        int bottom) const
 {
-    const bool inside = x >= 0 && y >= 0 && width > 0 && height > 0 && width <= get_width() - x &&
-                        height <= get_height() - y;
-    if (dc == nullptr || !inside || left >= right || top >= bottom)
+    zmr::StretchPart part{x, y, width, height, left, top, right, bottom};
+    if (dc == nullptr || !zmr::clip_to_map(part, get_width(), get_height()))
         return;
-    const OwnedBitmap bitmap = make_bitmap(pixels_, x, y, width, height, pixels_.has_alpha());
+    const OwnedBitmap bitmap =
+        make_bitmap(pixels_, part.x, part.y, part.width, part.height, pixels_.has_alpha());
     const OwnedMemoryDC memory(::CreateCompatibleDC(dc));
     if (!bitmap || !memory)
         return;  // nothing is drawn, as when the system itself lacks room
     const SelectedObject selected(memory.get(), bitmap.get());
+    const int drawn_width = part.right - part.left;
+    const int drawn_height = part.bottom - part.top;
     if (!pixels_.has_alpha()) {
-        ::StretchBlt(dc, left, top, right - left, bottom - top, memory.get(), 0, 0, width, height,
-                     SRCCOPY);
+        ::StretchBlt(dc, part.left, part.top, drawn_width, drawn_height, memory.get(), 0, 0,
+                     part.width, part.height, SRCCOPY);
         return;
     }
     const BLENDFUNCTION over = {AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
-    ::AlphaBlend(dc, left, top, right - left, bottom - top, memory.get(), 0, 0, width, height,
-                 over);
+    ::AlphaBlend(dc, part.left, part.top, drawn_width, drawn_height, memory.get(), 0, 0, part.width,
+                 part.height, over);
 }
 
 HBITMAP PixelMap::create_handle()

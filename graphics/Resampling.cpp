@@ -177,9 +177,9 @@ private:
             return even;
         const float* last = from + static_cast<std::size_t>(span.count - 1) * kChannels;
         Four odd = load_four(last) * span.last_weight;
-        for (from += kChannels; from + kChannels < last; from += 2 * kChannels) {
+        for (from += kChannels; from + kChannels < last; from += std::size_t{2} * kChannels) {
             even += load_four(from);
-            odd += load_four(from + kChannels);
+            odd += load_four(from + std::size_t{kChannels});
         }
         if (from < last)
             even += load_four(from);

@@ -6,8 +6,8 @@
 #include <immintrin.h>
 
 // Each loop stands once, as a function that is always inlined, and is compiled for two instruction
-// sets. Sums fit 32 bits signed: up to 65,536 rows of 255 * 255 wrap only as unsigned numbers,
-// which the additions here do not mind.
+// sets. Sums of 65,536 rows of 255 * 255 just fit 32 bits without a sign; the additions of the
+// vector instructions do not mind which way the numbers are read.
 
 namespace zmr {
 namespace {

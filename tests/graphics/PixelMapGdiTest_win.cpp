@@ -87,13 +87,24 @@ TEST(PixelMapGdi, Stretch_OfNothingOrOutsideDrawsNothing)
     const Canvas canvas(4, 4, 0);
     empty.stretch(canvas.dc(), 0, 0, 1, 1, 0, 0, 4, 4);
     map.stretch(canvas.dc(), 0, 0, 0, 0, 0, 0, 4, 4);
-    map.stretch(canvas.dc(), 5, 0, 4, 1, 0, 0, 4, 4);
-    map.stretch(canvas.dc(), -1, 0, 4, 1, 0, 0, 4, 4);
+    map.stretch(canvas.dc(), 7, 0, 4, 1, 0, 0, 4, 4);
+    map.stretch(canvas.dc(), -4, 0, 4, 1, 0, 0, 4, 4);
     map.stretch(canvas.dc(), 1, 1, 1, 1, 4, 4, 0, 0);
 
     for (int y = 0; y < 4; ++y)
         for (int x = 0; x < 4; ++x)
             EXPECT_EQ(canvas.pixel(x, y), RGB_Color());
+}
+
+TEST(PixelMapGdi, Stretch_AcrossTheEdgeDrawsWhatThereIs)
+{
+    const PixelMap map = test_map(AbstractImage::Format24);
+    const Canvas canvas(4, 1, 0x123456);
+    map.stretch(canvas.dc(), -1, 2, 4, 1, 0, 0, 4, 1);
+
+    EXPECT_EQ(canvas.pixel(0, 0), RGB_Color::from_colorref(0x123456));
+    for (int x = 1; x < 4; ++x)
+        EXPECT_EQ(canvas.pixel(x, 0), test_color(x - 1, 2));
 }
 
 TEST(PixelMapGdi, CreateHandle_HasThePixelsAndFollowsChanges)
