@@ -9,11 +9,14 @@
 
 namespace {
 
+// With the lines' ends as they are elsewhere.
 std::string content_of(const std::string& file)
 {
     std::ifstream in(std::filesystem::path(std::u8string(file.begin(), file.end())),
                      std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    std::string content{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    std::erase(content, '\r');
+    return content;
 }
 
 // One word as CommandLineToArgvW takes it apart again.

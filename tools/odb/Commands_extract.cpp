@@ -16,6 +16,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <memory>
 #include <new>
 #include <system_error>
@@ -40,6 +41,18 @@ struct NotWritten {
 std::string with_extension(const std::string& name, const char* extension)
 {
     return has_extension(name, extension) ? name : name + "." + extension;
+}
+
+// A name of one level that a file here can have.
+std::string file_name_of(const GString& name)
+{
+    std::string result = safe_file_name(name.view());
+    if (to_path(result))
+        return result;
+    // No UTF-8, where the system's names are Unicode.
+    std::replace_if(
+        result.begin(), result.end(), [](char c) { return (c & 0x80) != 0; }, '_');
+    return result;
 }
 
 class Extracting {
@@ -89,7 +102,7 @@ private:
         fs::path folder = root_;
         NotWritten problem;
         for (int level = above; level < path.count; ++level) {
-            if (!enter(folder, safe_file_name(path[level].view()), problem)) {
+            if (!enter(folder, file_name_of(path[level]), problem)) {
                 fail(directory_text(path), problem);
                 return true;
             }
@@ -151,7 +164,7 @@ private:
             problem = reason_of_missing(mediator);
             return {};
         }
-        const std::string name = safe_file_name(entry.name.view());
+        const std::string name = file_name_of(entry.name);
         if (const auto* picture = zmr::class_cast<PixelMap>(object.get()))
             return write_picture(*picture, folder, with_extension(name, "png"), problem);
         if (const std::string file = write_by_format(*object, folder, name, problem);
