@@ -51,6 +51,17 @@ TEST_F(OdbOnPosix, FullDiskForANewLibrary_IsAnError)
     EXPECT_THAT(result.err, HasSubstr("library.odb"));
 }
 
+TEST_F(OdbOnPosix, FullDiskOnAdding_ClaimsNothingAdded)
+{
+    ToolControl full;
+    full.file_limit_bytes = 512;
+
+    const ToolResult result = run_tool({"add", library(), sample("badge.png"), "--json"}, full);
+
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(nlohmann::json::parse(result.out)["added"], nullptr);
+}
+
 TEST_F(OdbOnPosix, FullDiskOnExtraction_IsAnError)
 {
     make_library();

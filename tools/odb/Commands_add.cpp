@@ -8,6 +8,7 @@
 #include "platform/FileDevice.h"
 #include "tools/odb/Commands.h"
 #include "tools/odb/OpenLibrary.h"
+#include "tools/odb/OwnedObject.h"
 #include "tools/odb/SourceWalk.h"
 #include "tools/odb/Terminal.h"
 
@@ -23,11 +24,6 @@ namespace {
 
 constexpr int kIconSize_px = 96;
 constexpr const char* kNoFormat = "no registered format reads it";
-
-struct DestroyObject {
-    void operator()(GStreamable* object) const { GStreamable::Destroy(object); }
-};
-using OwnedObject = std::unique_ptr<GStreamable, DestroyObject>;
 
 // Reads the object; null with the reason.
 OwnedObject read_source(const std::string& file, std::string& reason)
@@ -114,16 +110,18 @@ public:
         list_.add({{"source", source}, {"reason", reason}});
     }
 
-    // The numbers, behind the skipped sources that were printed as they came.
-    void report()
+    // The numbers, behind the skipped sources that were printed as they came. After a failure to
+    // write it is not known how many of the added are kept.
+    void report(bool written)
     {
         if (style_ == Style::Text) {
-            print(fmt::format("{} added, {} skipped\n", added_, skipped_));
+            if (written)
+                print(fmt::format("{} added, {} skipped\n", added_, skipped_));
             return;
         }
         if (skipped_ == 0)
             print("{\"skipped\":");
-        list_.close(fmt::format(",\"added\":{}}}", added_));
+        list_.close(fmt::format(",\"added\":{}}}", written ? std::to_string(added_) : "null"));
     }
 
     [[nodiscard]] std::uint64_t added() const { return added_; }
@@ -175,7 +173,8 @@ ExitCode add(const AddArguments& arguments, Style style)
         };
         walk_sources(arguments.sources, parse_directory(arguments.into),
                      arguments.recursive ? Depth::All : Depth::This, visitor);
-        adding.report();
+        library.database->flush();
+        adding.report(!writing_failed(*library.database));
         if (adding.skipped() > 0)
             code = ExitCode::Refused;
         if (terminal::interrupted()) {

@@ -1,7 +1,6 @@
 // odb create, pack and verify: the library as a file.
 #include "foundation/GFile.h"
 #include "odb/ObjectDatabase.h"
-#include "platform/FileDevice.h"
 #include "tools/odb/Browse.h"
 #include "tools/odb/Commands.h"
 #include "tools/odb/OpenLibrary.h"
@@ -13,18 +12,6 @@
 namespace odb {
 
 namespace {
-
-std::uint64_t bytes_of_file(const std::string& file)
-{
-    zmr::FileError error;
-    const auto device = zmr::FileSystemDevice::Real().open(file, zmr::FileAccess::Read,
-                                                           zmr::FileCreate::OpenExisting,
-                                                           zmr::FileShare::ReadWrite, error);
-    std::uint64_t bytes = 0;
-    if (device == nullptr || device->length(bytes))
-        return 0;
-    return bytes;
-}
 
 // What a damage hit: an entry, or all or part of a directory.
 nlohmann::json to_json(const ResourceFile::Damage& damage)

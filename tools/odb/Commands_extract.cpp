@@ -11,6 +11,7 @@
 #include "tools/odb/FileNames.h"
 #include "tools/odb/FilePaths.h"
 #include "tools/odb/OpenLibrary.h"
+#include "tools/odb/OwnedObject.h"
 #include "tools/odb/Terminal.h"
 
 #include <fmt/format.h>
@@ -26,11 +27,6 @@ namespace odb {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct DestroyObject {
-    void operator()(GStreamable* object) const { GStreamable::Destroy(object); }
-};
-using OwnedObject = std::unique_ptr<GStreamable, DestroyObject>;
 
 /// Why an object was not written.
 struct NotWritten {

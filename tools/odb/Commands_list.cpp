@@ -3,7 +3,6 @@
 #include "odb/ODB_InternalObject.h"
 #include "odb/ODB_MediatorsArray.h"
 #include "odb/ObjectDatabase.h"
-#include "platform/FileDevice.h"
 #include "store/RegularExpression.h"
 #include "tools/odb/Browse.h"
 #include "tools/odb/Commands.h"
@@ -100,18 +99,6 @@ private:
     JsonArrayPrinter list_;
     bool header_done_ = false;
 };
-
-std::uint64_t bytes_of_file(const std::string& file)
-{
-    zmr::FileError error;
-    const auto device = zmr::FileSystemDevice::Real().open(file, zmr::FileAccess::Read,
-                                                           zmr::FileCreate::OpenExisting,
-                                                           zmr::FileShare::ReadWrite, error);
-    std::uint64_t bytes = 0;
-    if (device == nullptr || device->length(bytes))
-        return 0;
-    return bytes;
-}
 
 // Why an object that has a mediator can't be had.
 std::string reason_of_missing(ObjectDatabase& database, const ODB_Mediator& mediator,

@@ -91,6 +91,18 @@ OpenedLibrary open_to_write_or_complain(const std::string& file, WhenMissing whe
     return or_complain(open_to_write(file, when_missing));
 }
 
+std::uint64_t bytes_of_file(const std::string& file)
+{
+    zmr::FileError error;
+    const auto device = zmr::FileSystemDevice::Real().open(file, zmr::FileAccess::Read,
+                                                           zmr::FileCreate::OpenExisting,
+                                                           zmr::FileShare::ReadWrite, error);
+    std::uint64_t bytes = 0;
+    if (device == nullptr || device->length(bytes))
+        return 0;
+    return bytes;
+}
+
 bool writing_failed(const ObjectDatabase& database)
 {
     return database.server == nullptr || database.server->error() != 0;

@@ -2,6 +2,7 @@
 
 #include "tools/odb/ExitCode.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -29,7 +30,10 @@ enum class WhenMissing { Refuse, Make };
 [[nodiscard]] OpenedLibrary open_to_write_or_complain(const std::string& file,
                                                       WhenMissing when_missing);
 
-/// Commits and closes what was written. Tells the user and gives Refused when it is not all on the
+/// The length of a file; 0 when it can't be told.
+[[nodiscard]] std::uint64_t bytes_of_file(const std::string& file);
+
+/// Commits what was written. Tells the user and gives Refused when it is not all on the
 /// disk; otherwise `code`.
 [[nodiscard]] ExitCode finish_writing(ObjectDatabase& database, const std::string& file,
                                       ExitCode code);
