@@ -187,6 +187,50 @@ TEST(LibraryCrash, StopDuringOneLargeScope_LeavesTheStateBefore)
     check_every_stop(files, oracle, large, 7, 2);
 }
 
+TEST(LibraryCrash, PowerLossSoonAfterAKill_LeavesACommittedState)
+{
+    FaultyFileSystem start;
+    Oracle before;
+    prepare(start, before, 45, 14);
+    for (std::uint64_t killed = 1; killed < 60; ++killed)
+        for (std::uint64_t stop = 1; stop < 14; ++stop) {
+            SCOPED_TRACE(testing::Message()
+                         << "killed at " << killed << ", power lost at " << stop);
+            const auto seed = static_cast<std::uint32_t>(killed * 100 + stop);
+            FaultyFileSystem files = start.copy();
+            Oracle first = before;
+            {
+                files.stop_at(killed, seed);
+                LibraryFile file(files, kSmall);
+                if (file.open(kName, LibraryAccess::Write, "first").status == LibraryOpenStatus::Ok)
+                    ordinary(file, first, 46, 12, false);
+            }
+            files.end_process();
+            // What the killed one left unsynced is seen by the next, who builds on it.
+            Oracle second = first;
+            {
+                files.stop_at(stop, seed);
+                LibraryFile file(files, kSmall);
+                if (file.open(kName, LibraryAccess::Write, "next").status ==
+                    LibraryOpenStatus::Ok) {
+                    second.acknowledged = LibraryModel::Of(file);
+                    second.running = second.acknowledged;
+                    ordinary(file, second, seed, 4, false);
+                }
+            }
+            files.lose_power(seed);
+
+            LibraryFile file(files, kSmall);
+            ASSERT_EQ(file.open(kName, LibraryAccess::Read).status, LibraryOpenStatus::Ok);
+            const LibraryModel seen = LibraryModel::Of(file);
+            ASSERT_TRUE(seen == second.acknowledged || seen == second.running);
+            // A root may be torn; that is what the other one is for.
+            file.verify([](const LibraryDamage& damage) {
+                ASSERT_EQ(damage.part, LibraryDamage::Part::RootSlot) << damage.text;
+            });
+        }
+}
+
 TEST(LibraryCrash, EachFailedWriteOrSync_SticksAndLeavesTheLastCommit)
 {
     for (const bool sticky : {false, true}) {

@@ -169,6 +169,33 @@ TEST(LibraryDamage, OneRootDamaged_TheOtherGivesTheSameState)
     }
 }
 
+TEST(LibraryDamage, EitherRootDamagedAfterAnyCommit_TheOtherStillGivesTheSameState)
+{
+    FaultyFileSystem files;
+    LibraryFile writer(files, kSmall);
+    ASSERT_EQ(writer.open(kName, LibraryAccess::Write, "tester").status, LibraryOpenStatus::Ok);
+    LibraryModel model;
+    Random random(5);
+    for (int i = 0; i < 150; ++i) {
+        // In one commit, and so much that freed space is used as soon as it may be.
+        LibraryCommitScope scope(writer);
+        for (int change = 0; change < 4; ++change)
+            model.change(writer, random);
+        if (i % 3 == 0)
+            model.put_many(writer, random, 12);
+        ASSERT_TRUE(writer.commit());
+        writer.end_scope();
+        for (const std::uint64_t slot : kSlotPosition) {
+            FaultyFileSystem damaged = files.copy();
+            damaged.bytes(kName)[static_cast<std::size_t>(slot) + 20] ^= 1;
+            LibraryFile reader(damaged, kSmall);
+            ASSERT_EQ(reader.open(kName, LibraryAccess::Read).status, LibraryOpenStatus::Ok);
+            ASSERT_EQ(LibraryModel::Of(reader), model) << i;
+        }
+        writer.begin_scope();
+    }
+}
+
 TEST(LibraryDamage, BothRootsDamaged_IsDamagedAndNeverWrittenTo)
 {
     FaultyFileSystem files;

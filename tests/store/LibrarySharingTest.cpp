@@ -85,6 +85,51 @@ TEST(LibrarySharing, Reader_KeepsItsSnapshotWhileTheWriterGoesOn)
     EXPECT_EQ(LibraryModel::Of(reader), LibraryModel::Of(writer));
 }
 
+TEST(LibrarySharing, Pack_DoesNotCutWhatAReaderOfAnOlderStateHolds)
+{
+    FaultyFileSystem files;
+    LibraryFile writer(files);
+    open(writer, LibraryAccess::Write);
+    ASSERT_TRUE(put(writer, "front", noise_bytes(3000, 1)));
+    ASSERT_TRUE(put(writer, "end", noise_bytes(50'000, 2)));
+    ASSERT_TRUE(writer.commit());
+    LibraryFile reader(files);
+    open(reader, LibraryAccess::Read);
+    ASSERT_TRUE(writer.remove({}, "end", "t"));
+    ASSERT_TRUE(writer.pack());
+    EXPECT_EQ(get(reader, "end"), noise_bytes(50'000, 2));
+
+    ASSERT_TRUE(reader.close());
+    ASSERT_TRUE(writer.pack());
+    EXPECT_LT(writer.extent(), 40'000u);
+}
+
+TEST(LibrarySharing, Pack_DoesNotCutWhatAReaderThatCameMeanwhileHolds)
+{
+    FaultyFileSystem files;
+    LibraryFile writer(files);
+    open(writer, LibraryAccess::Write);
+    for (unsigned i = 0; i < 40; ++i)
+        ASSERT_TRUE(put(writer, std::to_string(i), noise_bytes(5000, i)));
+    ASSERT_TRUE(writer.commit());
+    for (unsigned i = 0; i < 28; ++i)
+        ASSERT_TRUE(writer.remove({}, std::to_string(i), "t"));
+    LibraryFile reader(files);
+    // Told of the first progress: contents were moved, and nothing of it is committed yet.
+    ASSERT_TRUE(writer.pack([&](std::uint64_t, std::uint64_t) {
+        if (!reader.is_open())
+            open(reader, LibraryAccess::Read);
+        return true;
+    }));
+    ASSERT_TRUE(reader.is_open());
+    for (unsigned i = 28; i < 40; ++i)
+        EXPECT_EQ(get(reader, std::to_string(i)), noise_bytes(5000, i));
+
+    ASSERT_TRUE(reader.close());
+    ASSERT_TRUE(writer.pack());
+    EXPECT_LT(writer.extent(), 90'000u);
+}
+
 TEST(LibrarySharing, SpaceOfAGoneReader_IsUsedAgain)
 {
     FaultyFileSystem files;
