@@ -98,6 +98,8 @@ zmr_build()
 {
     local preset=$1
     shift
+    # The compiler cache serves every clone on this machine, whatever its folder is called.
+    export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
     echo "Building $preset"
     (cd "$root" && cmake --preset "$preset" >"build/$preset.configure.log" 2>&1) || {
         cat "$root/build/$preset.configure.log"
