@@ -94,11 +94,12 @@ public:
     }
 
 private:
-    [[nodiscard]] Corner project(std::uint32_t index, const Vector3& face) const
+    [[nodiscard]] Corner project(std::uint32_t index, const Vector3& face, double side) const
     {
         const Point p = view_.turn(mesh_.vertices[index]);
         const Point n = view_.turn(mesh_.normals[index]);
-        Vector3 normal{static_cast<float>(n.x), static_cast<float>(n.y), static_cast<float>(n.z)};
+        Vector3 normal{static_cast<float>(n.x * side), static_cast<float>(n.y * side),
+                       static_cast<float>(n.z * side)};
         if (normal.x * face.x + normal.y * face.y + normal.z * face.z < kSmoothCosine)
             normal = face;
         return {static_cast<float>((p.x - center_.x) * scale_ + size_ / 2.0),
@@ -116,9 +117,12 @@ private:
         const Point f =
             view_.turn({static_cast<float>(area[0] / length), static_cast<float>(area[1] / length),
                         static_cast<float>(area[2] / length)});
-        const Vector3 face{static_cast<float>(f.x), static_cast<float>(f.y),
-                           static_cast<float>(f.z)};
-        fill(project(triangle[0], face), project(triangle[1], face), project(triangle[2], face));
+        // Both sides of a surface are shown alike: many models have some triangles turned round.
+        const double side = f.z < 0 ? -1 : 1;
+        const Vector3 face{static_cast<float>(f.x * side), static_cast<float>(f.y * side),
+                           static_cast<float>(f.z * side)};
+        fill(project(triangle[0], face, side), project(triangle[1], face, side),
+             project(triangle[2], face, side));
     }
 
     void fill(const Corner& a, const Corner& b, const Corner& c)
@@ -164,9 +168,9 @@ private:
             {mix(a.normal.x, b.normal.x, c.normal.x), mix(a.normal.y, b.normal.y, c.normal.y),
              mix(a.normal.z, b.normal.z, c.normal.z)},
             {0, 0, 1});
-        // Both sides of a surface are shown alike: many models have some triangles turned round.
+        // At the outline a smoothed normal may point a little away.
         if (normal.z < 0)
-            normal = {-normal.x, -normal.y, -normal.z};
+            normal = normalized({normal.x, normal.y, 0}, {0, 0, 1});
         std::uint8_t* pixel = &drawing_.pixels[index * 4];
         shade(normal, material_, pixel);
         pixel[3] = 255;

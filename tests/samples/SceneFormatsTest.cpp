@@ -46,7 +46,7 @@ protected:
     TemporaryFolder folder_;
 };
 
-// How many pixels can be seen, and how many different colours they have.
+// How many pixels can be seen.
 std::size_t visible_pixels(const PixelMap& icon)
 {
     std::size_t count = 0;
@@ -178,8 +178,7 @@ TEST(SceneIcons, FarAndFlatMeshes_AreDrawn)
 
 TEST(SceneIcons, NearerTriangle_HidesTheOneBehind)
 {
-    // Seen from the front: a red-facing wall would not matter, only which of the two is on top. The
-    // near one leans up and is bright, the far one hangs down and is dark.
+    // Two walls, one behind the other and turned round: the order of drawing must not matter.
     scene::TriangleMesh near_only;
     near_only.vertices = {{-1, -1, 1}, {1, -1, 1}, {0, 1, 1}};
     near_only.triangles = {{0, 1, 2}};
