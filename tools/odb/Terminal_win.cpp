@@ -3,10 +3,8 @@
 #include "platform/WideText.h"
 #include "platform/Windows.h"
 
-#include <io.h>
 #include <shellapi.h>
 #include <atomic>
-#include <cstdio>
 
 namespace terminal {
 
@@ -44,7 +42,11 @@ std::vector<std::string> arguments(int, char**)
 
 bool error_is_terminal()
 {
-    return ::_isatty(::_fileno(stderr)) != 0;
+    // One that obeys escape sequences, by which a line is wiped.
+    const HANDLE error = ::GetStdHandle(STD_ERROR_HANDLE);
+    DWORD mode = 0;
+    return ::GetConsoleMode(error, &mode) &&
+           ::SetConsoleMode(error, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
 }
 
 void catch_interrupts()
