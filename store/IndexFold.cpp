@@ -50,7 +50,6 @@ public:
     {
         return builder_.count() > 0 && builder_.size() < kSmallBytes;
     }
-    [[nodiscard]] bool is_empty() const { return builder_.count() == 0; }
 
 private:
     IndexFold& fold_;

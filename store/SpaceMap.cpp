@@ -170,17 +170,6 @@ std::uint64_t SpaceMap::pins_end() const
     return end;
 }
 
-FileRange SpaceMap::pinned_at(std::uint64_t position) const
-{
-    auto place = pins_.upper_bound(position);
-    if (place == pins_.begin())
-        return {};
-    --place;
-    if (position - place->first >= place->second.first)
-        return {};
-    return {place->first, place->second.first};
-}
-
 std::string SpaceMap::encode() const
 {
     std::string bytes;

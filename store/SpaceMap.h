@@ -44,8 +44,6 @@ public:
     [[nodiscard]] bool is_pinned(const FileRange& range) const;
     /// The end of the last pinned range, 0 without one.
     [[nodiscard]] std::uint64_t pins_end() const;
-    /// The pinned range that holds `position`; length 0 when none does.
-    [[nodiscard]] FileRange pinned_at(std::uint64_t position) const;
 
     [[nodiscard]] std::uint64_t free_bytes() const { return free_bytes_; }
     /// Bytes that allocate() may give now.
