@@ -169,8 +169,10 @@ bool LibraryState::write_record(bool root)
     } else {
         record.appended_checksum = storage.appended_checksum();
     }
-    for (const auto& [start, used] : storage.used())
-        record.used.push_back({{start, used.length}, used.checksum});
+    // For checking the bytes, and for finding what is free behind a root; a root has its own list.
+    if (!root || !record.has(CommitRecord::kSyncedFirst))
+        for (const auto& [start, used] : storage.used())
+            record.used.push_back({{start, used.length}, used.checksum});
     const std::string payload = record.encode();
     std::uint64_t position = 0;
     if (!storage.append(FrameKind::Commit, payload, {}, position) || !storage.flush() ||

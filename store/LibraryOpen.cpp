@@ -1,5 +1,6 @@
 #include "store/LibraryState.h"
 
+#include <array>
 #include <thread>
 #include <utility>
 
@@ -28,6 +29,25 @@ std::string read_sector(const FileDevice& device, std::uint64_t position)
         done = 0;
     sector.resize(done);
     return sector;
+}
+
+/// Whether the file's making was cut short; of one that was, also what its header is.
+FileError look_at_making(const FileDevice& device, bool& unfinished, HeaderKind& header)
+{
+    std::uint64_t bytes = 0;
+    unfinished = false;
+    if (const FileError error = device.length(bytes))
+        return error;
+    if (bytes > kDataStart)
+        return {};
+    std::string fixed(kDataStart, '\0');
+    std::size_t done = 0;
+    if (const FileError error = device.read_at(0, fixed.data(), fixed.size(), done))
+        return error;
+    fixed.resize(done);
+    unfinished = is_unfinished(fixed);
+    header = decode_header(std::string_view(fixed).substr(0, kSectorBytes));
+    return {};
 }
 
 }  // namespace
@@ -76,16 +96,11 @@ LibraryOpenResult LibraryState::open_device(const std::string& name, LibraryAcce
         return failed({FileErrorKind::InUse, 0});
     }
 
-    std::string fixed(kDataStart, '\0');
-    std::size_t done = 0;
-    if ((error = device->read_at(0, fixed.data(), fixed.size(), done)))
+    bool unfinished = false;
+    HeaderKind header = HeaderKind::Valid;
+    if ((error = look_at_making(*device, unfinished, header)))
         return failed(error);
-    fixed.resize(done);
-    std::uint64_t bytes = 0;
-    if ((error = device->length(bytes)))
-        return failed(error);
-    const HeaderKind header = decode_header(std::string_view(fixed).substr(0, kSectorBytes));
-    if (bytes <= kDataStart && is_unfinished(fixed)) {
+    if (unfinished) {
         if (!writes && header == HeaderKind::Foreign)
             return refused(LibraryOpenStatus::NotALibrary, "the file is not a library");
         if (!writes)
@@ -141,13 +156,12 @@ bool LibraryState::lock_reader(FileDevice& device)
 
 LibraryOpenResult LibraryState::load()
 {
-    std::string fixed(kDataStart, '\0');
-    const std::size_t done = storage.read_some(0, fixed.data(), fixed.size());
-    fixed.resize(done);
+    // Header and slots at once.
+    std::array<char, kSlotPosition[1] + kSectorBytes> fixed{};
+    const std::string_view view(fixed.data(), storage.read_some(0, fixed.data(), fixed.size()));
     std::uint64_t bytes = 0;
     if (const FileError error = storage.device()->length(bytes))
         return failed(error);
-    const std::string_view view = fixed;
     const auto sector = [&](std::uint64_t at) {
         return at < view.size() ? view.substr(static_cast<std::size_t>(at), kSectorBytes)
                                 : std::string_view();
@@ -212,15 +226,11 @@ LibraryOpenResult LibraryState::begin_writing(std::string_view owner_text)
     if (result.status != LibraryOpenStatus::Ok)
         return result;
 
-    std::string fixed(kDataStart, '\0');
-    std::uint64_t bytes = 0;
-    std::size_t done = 0;
-    if ((error = device->length(bytes)) ||
-        (error = device->read_at(0, fixed.data(), fixed.size(), done)))
+    bool unfinished = false;
+    HeaderKind header = HeaderKind::Valid;
+    if ((error = look_at_making(*device, unfinished, header)))
         return failed(error);
-    fixed.resize(done);
     auto reader = storage.release_device();
-    const bool unfinished = bytes <= kDataStart && is_unfinished(fixed);
     storage.attach(std::move(device), name_, std::string(owner_text), unfinished);
     if (!unfinished) {
         forget_commits();
