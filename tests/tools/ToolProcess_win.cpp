@@ -6,6 +6,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <string>
 
 namespace {
 
@@ -65,14 +66,19 @@ ToolResult run_tool(const std::vector<std::string>& words)
         start.hStdError = err.get();
         PROCESS_INFORMATION process = {};
         if (!::CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                              &start, &process))
+                              &start, &process)) {
+            result.err = "the tool was not started: error " + std::to_string(::GetLastError());
             return result;
+        }
         const zmr::OwnedKernelHandle thread(process.hThread);
         const zmr::OwnedKernelHandle handle(process.hProcess);
         DWORD code = 0;
-        if (::WaitForSingleObject(handle.get(), INFINITE) == WAIT_OBJECT_0 &&
-            ::GetExitCodeProcess(handle.get(), &code))
-            result.code = static_cast<int>(code);
+        if (::WaitForSingleObject(handle.get(), INFINITE) != WAIT_OBJECT_0 ||
+            !::GetExitCodeProcess(handle.get(), &code)) {
+            result.err = "no exit code: error " + std::to_string(::GetLastError());
+            return result;
+        }
+        result.code = static_cast<int>(code);
     }
     result.out = content_of(folder.file("out"));
     result.err = content_of(folder.file("err"));
