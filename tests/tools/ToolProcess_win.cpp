@@ -47,6 +47,22 @@ zmr::OwnedKernelHandle output_file(const std::string& name)
     return zmr::OwnedKernelHandle(file == INVALID_HANDLE_VALUE ? nullptr : file);
 }
 
+// A loaded machine under Wine now and then refuses to start a process; that says nothing of the
+// tool.
+bool start_process(std::wstring& line, STARTUPINFOW& start, PROCESS_INFORMATION& process)
+{
+    constexpr int kAttempts = 5;
+    constexpr DWORD kPause_ms = 200;
+    for (int attempt = 1;; ++attempt) {
+        if (::CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                             &start, &process))
+            return true;
+        if (attempt == kAttempts)
+            return false;
+        ::Sleep(kPause_ms);
+    }
+}
+
 }  // namespace
 
 ToolResult run_tool(const std::vector<std::string>& words)
@@ -65,8 +81,7 @@ ToolResult run_tool(const std::vector<std::string>& words)
         start.hStdOutput = out.get();
         start.hStdError = err.get();
         PROCESS_INFORMATION process = {};
-        if (!::CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                              &start, &process)) {
+        if (!start_process(line, start, process)) {
             result.err = "the tool was not started: error " + std::to_string(::GetLastError());
             return result;
         }
