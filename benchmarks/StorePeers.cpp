@@ -5,9 +5,11 @@
 #include <lmdb.h>
 #include <sqlite3.h>
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
 
 namespace {
 
@@ -85,7 +87,9 @@ public:
     {
         check(mdb_env_create(&environment_) == 0, "mdb_env_create");
         mdb_env_set_mapsize(environment_, std::size_t{16} << 30);
-        const unsigned flags = MDB_NOSUBDIR | (write ? 0u : unsigned{MDB_RDONLY});
+        // Read-ahead would bring in a hundred pages for each one that is read.
+        const unsigned flags =
+            MDB_NOSUBDIR | unsigned{MDB_NORDAHEAD} | (write ? 0u : unsigned{MDB_RDONLY});
         check(mdb_env_open(environment_, name.c_str(), flags, 0664) == 0, "mdb_env_open");
         MDB_txn* start = nullptr;
         check(mdb_txn_begin(environment_, nullptr, write ? 0 : MDB_RDONLY, &start) == 0, "begin");
@@ -193,26 +197,31 @@ private:
     MDB_txn* writing_ = nullptr;
 };
 
+/// As well as SQLite does this work: a write-ahead log, one process, mapped reads, directories by
+/// number, the small contents in a table of their own, and names apart from the large contents.
 class SqlitePeer final : public StorePeer {
 public:
     void open(const std::string& name, bool) override
     {
         check(sqlite3_open(name.c_str(), &base_) == SQLITE_OK, "sqlite3_open");
+        run("PRAGMA locking_mode=EXCLUSIVE");
         run("PRAGMA journal_mode=WAL");
         run("PRAGMA synchronous=FULL");
-        run("CREATE TABLE IF NOT EXISTS entry(directory TEXT, type TEXT, name TEXT, bytes BLOB,"
-            " PRIMARY KEY(directory, type, name))");
-        put_ = prepare("INSERT OR REPLACE INTO entry VALUES(?1, ?2, ?3, ?4)");
-        remove_ = prepare("DELETE FROM entry WHERE directory=?1 AND type=?2 AND name=?3");
-        rename_ = prepare("UPDATE entry SET name=?4 WHERE directory=?1 AND type=?2 AND name=?3");
-        list_ =
-            prepare("SELECT name, bytes FROM entry WHERE directory=?1 AND type=?2 ORDER BY name");
-        get_ = prepare("SELECT bytes FROM entry WHERE directory=?1 AND type=?2 AND name=?3");
+        run("PRAGMA mmap_size=17179869184");
+        run("CREATE TABLE IF NOT EXISTS directory(id INTEGER PRIMARY KEY, name TEXT UNIQUE)");
+        run("CREATE TABLE IF NOT EXISTS small(directory INTEGER, type TEXT, name TEXT, bytes BLOB,"
+            " PRIMARY KEY(directory, type, name)) WITHOUT ROWID");
+        run("CREATE TABLE IF NOT EXISTS large(directory INTEGER, type TEXT, name TEXT,"
+            " content INTEGER, PRIMARY KEY(directory, type, name)) WITHOUT ROWID");
+        run("CREATE TABLE IF NOT EXISTS content(id INTEGER PRIMARY KEY, bytes BLOB)");
     }
     void close() override
     {
-        for (sqlite3_stmt* statement : {put_, remove_, rename_, list_, get_})
+        for (sqlite3_stmt*& statement : statements_) {
             sqlite3_finalize(statement);
+            statement = nullptr;
+        }
+        directories_.clear();
         check(sqlite3_close(base_) == SQLITE_OK, "sqlite3_close");
     }
     void begin() override { run("BEGIN"); }
@@ -220,68 +229,176 @@ public:
     void put(std::string_view directory, std::string_view name, std::string_view type,
              std::string_view bytes) override
     {
-        bind(put_, 1, directory);
-        bind(put_, 2, type);
-        bind(put_, 3, name);
-        sqlite3_bind_blob(put_, 4, bytes.data(), static_cast<int>(bytes.size()), SQLITE_STATIC);
-        step(put_);
+        if (is_small(type)) {
+            sqlite3_stmt* const small =
+                named(kPutSmall, "INSERT OR REPLACE INTO small VALUES(?1, ?2, ?3, ?4)", directory,
+                      type, name);
+            bind_bytes(small, 4, bytes);
+            step(small);
+            return;
+        }
+        sqlite3_stmt* const find = named(
+            kFindLarge, "SELECT content FROM large WHERE directory=?1 AND type=?2 AND name=?3",
+            directory, type, name);
+        const bool is_there = sqlite3_step(find) == SQLITE_ROW;
+        const sqlite3_int64 old = is_there ? sqlite3_column_int64(find, 0) : 0;
+        sqlite3_reset(find);
+        if (is_there) {
+            sqlite3_stmt* const update =
+                statement(kUpdateContent, "UPDATE content SET bytes=?2 WHERE id=?1");
+            sqlite3_bind_int64(update, 1, old);
+            bind_bytes(update, 2, bytes);
+            step(update);
+            return;
+        }
+        sqlite3_stmt* const content =
+            statement(kPutContent, "INSERT INTO content(bytes) VALUES(?1)");
+        bind_bytes(content, 1, bytes);
+        step(content);
+        sqlite3_stmt* const large =
+            named(kPutLarge, "INSERT INTO large VALUES(?1, ?2, ?3, ?4)", directory, type, name);
+        sqlite3_bind_int64(large, 4, sqlite3_last_insert_rowid(base_));
+        step(large);
     }
     void remove(std::string_view directory, std::string_view name, std::string_view type) override
     {
-        bind(remove_, 1, directory);
-        bind(remove_, 2, type);
-        bind(remove_, 3, name);
-        step(remove_);
+        if (is_small(type)) {
+            step(named(kRemoveSmall, "DELETE FROM small WHERE directory=?1 AND type=?2 AND name=?3",
+                       directory, type, name));
+            return;
+        }
+        step(named(kRemoveContent,
+                   "DELETE FROM content WHERE id="
+                   "(SELECT content FROM large WHERE directory=?1 AND type=?2 AND name=?3)",
+                   directory, type, name));
+        step(named(kRemoveLarge, "DELETE FROM large WHERE directory=?1 AND type=?2 AND name=?3",
+                   directory, type, name));
     }
     void rename(std::string_view directory, std::string_view name, std::string_view to,
                 std::string_view type) override
     {
-        bind(rename_, 1, directory);
-        bind(rename_, 2, type);
-        bind(rename_, 3, name);
-        bind(rename_, 4, to);
-        step(rename_);
+        sqlite3_stmt* const renames =
+            is_small(type)
+                ? named(kRenameSmall,
+                        "UPDATE small SET name=?4 WHERE directory=?1 AND type=?2 AND name=?3",
+                        directory, type, name)
+                : named(kRenameLarge,
+                        "UPDATE large SET name=?4 WHERE directory=?1 AND type=?2 AND name=?3",
+                        directory, type, name);
+        bind(renames, 4, to);
+        step(renames);
     }
     std::uint64_t list(std::string_view directory, std::string_view type) override
     {
-        bind(list_, 1, directory);
-        bind(list_, 2, type);
+        sqlite3_stmt* const rows = statement(kList,
+                                             "SELECT name, bytes FROM small"
+                                             " WHERE directory=?1 AND type=?2 ORDER BY name");
+        sqlite3_bind_int64(rows, 1, number(directory));
+        bind(rows, 2, type);
         std::uint64_t sum = 0;
-        while (sqlite3_step(list_) == SQLITE_ROW)
-            sum += static_cast<std::uint64_t>(sqlite3_column_bytes(list_, 0)) +
-                   static_cast<std::uint64_t>(sqlite3_column_bytes(list_, 1)) +
-                   *static_cast<const unsigned char*>(sqlite3_column_blob(list_, 1));
-        sqlite3_reset(list_);
+        while (sqlite3_step(rows) == SQLITE_ROW)
+            sum += static_cast<std::uint64_t>(sqlite3_column_bytes(rows, 0)) +
+                   static_cast<std::uint64_t>(sqlite3_column_bytes(rows, 1)) +
+                   *static_cast<const unsigned char*>(sqlite3_column_blob(rows, 1));
+        sqlite3_reset(rows);
         return sum;
     }
     std::size_t get(std::string_view directory, std::string_view name, std::string_view type,
                     std::string& bytes) override
     {
-        bind(get_, 1, directory);
-        bind(get_, 2, type);
-        bind(get_, 3, name);
-        check(sqlite3_step(get_) == SQLITE_ROW, "SELECT");
-        bytes.assign(static_cast<const char*>(sqlite3_column_blob(get_, 0)),
-                     static_cast<std::size_t>(sqlite3_column_bytes(get_, 0)));
-        sqlite3_reset(get_);
+        sqlite3_stmt* const row =
+            is_small(type)
+                ? named(kGetSmall,
+                        "SELECT bytes FROM small WHERE directory=?1 AND type=?2 AND name=?3",
+                        directory, type, name)
+                : named(kGetLarge,
+                        "SELECT bytes FROM large JOIN content ON id=content"
+                        " WHERE directory=?1 AND type=?2 AND name=?3",
+                        directory, type, name);
+        check(sqlite3_step(row) == SQLITE_ROW, "SELECT");
+        bytes.assign(static_cast<const char*>(sqlite3_column_blob(row, 0)),
+                     static_cast<std::size_t>(sqlite3_column_bytes(row, 0)));
+        sqlite3_reset(row);
         return bytes.size();
     }
-    void compact(const std::string&) override { run("VACUUM"); }
+    void compact(const std::string& name) override
+    {
+        const std::string copy = name + ".copy";
+        std::filesystem::remove(copy);
+        run(("VACUUM INTO '" + copy + "'").c_str());
+        std::filesystem::rename(copy, name);
+    }
 
 private:
+    enum Work {
+        kDirectory,
+        kAddDirectory,
+        kPutSmall,
+        kFindLarge,
+        kUpdateContent,
+        kPutContent,
+        kPutLarge,
+        kRemoveSmall,
+        kRemoveContent,
+        kRemoveLarge,
+        kRenameSmall,
+        kRenameLarge,
+        kList,
+        kGetSmall,
+        kGetLarge,
+        kWorks
+    };
+    static bool is_small(std::string_view type) { return type == "mediator"; }
     void run(const char* text)
     {
         check(sqlite3_exec(base_, text, nullptr, nullptr, nullptr) == SQLITE_OK, text);
     }
-    sqlite3_stmt* prepare(const char* text)
+    /// Prepared when it is first used.
+    sqlite3_stmt* statement(Work work, const char* text)
     {
-        sqlite3_stmt* statement = nullptr;
-        check(sqlite3_prepare_v2(base_, text, -1, &statement, nullptr) == SQLITE_OK, text);
-        return statement;
+        if (statements_[work] == nullptr)
+            check(sqlite3_prepare_v2(base_, text, -1, &statements_[work], nullptr) == SQLITE_OK,
+                  text);
+        return statements_[work];
+    }
+    sqlite3_stmt* named(Work work, const char* text, std::string_view directory,
+                        std::string_view type, std::string_view name)
+    {
+        sqlite3_stmt* const prepared = statement(work, text);
+        sqlite3_bind_int64(prepared, 1, number(directory));
+        bind(prepared, 2, type);
+        bind(prepared, 3, name);
+        return prepared;
+    }
+    sqlite3_int64 number(std::string_view directory)
+    {
+        const auto known = directories_.find(directory);
+        if (known != directories_.end())
+            return known->second;
+        sqlite3_stmt* const find = statement(kDirectory, "SELECT id FROM directory WHERE name=?1");
+        bind(find, 1, directory);
+        sqlite3_int64 id = 0;
+        if (sqlite3_step(find) == SQLITE_ROW) {
+            id = sqlite3_column_int64(find, 0);
+        } else {
+            sqlite3_stmt* const add =
+                statement(kAddDirectory, "INSERT INTO directory(name) VALUES(?1)");
+            bind(add, 1, directory);
+            step(add);
+            id = sqlite3_last_insert_rowid(base_);
+        }
+        sqlite3_reset(find);
+        directories_.emplace(directory, id);
+        return id;
     }
     static void bind(sqlite3_stmt* statement, int number, std::string_view text)
     {
         sqlite3_bind_text(statement, number, text.data(), static_cast<int>(text.size()),
+                          SQLITE_STATIC);
+    }
+    static void bind_bytes(sqlite3_stmt* statement, int number, std::string_view bytes)
+    {
+        sqlite3_bind_blob(statement, number, bytes.data(), static_cast<int>(bytes.size()),
                           SQLITE_STATIC);
     }
     static void step(sqlite3_stmt* statement)
@@ -290,11 +407,8 @@ private:
         sqlite3_reset(statement);
     }
     sqlite3* base_ = nullptr;
-    sqlite3_stmt* put_ = nullptr;
-    sqlite3_stmt* remove_ = nullptr;
-    sqlite3_stmt* rename_ = nullptr;
-    sqlite3_stmt* list_ = nullptr;
-    sqlite3_stmt* get_ = nullptr;
+    std::array<sqlite3_stmt*, kWorks> statements_{};
+    std::map<std::string, sqlite3_int64, std::less<>> directories_;
 };
 
 }  // namespace
