@@ -54,13 +54,12 @@ public:
     }
     std::uint64_t list(std::string_view directory, std::string_view type) override
     {
-        const zmr::LibraryEntryList entries = file_.list(path(directory), type);
         std::uint64_t sum = 0;
-        for (std::size_t i = 0; i < entries.size(); ++i) {
-            const zmr::LibraryEntryView entry = entries[i];
+        file_.visit(path(directory), type, [&](const zmr::LibraryEntryView& entry) {
             sum +=
                 entry.bytes.size() + static_cast<unsigned char>(entry.bytes[0]) + entry.name.size();
-        }
+            return true;
+        });
         return sum;
     }
     std::size_t get(std::string_view directory, std::string_view name, std::string_view type,

@@ -62,6 +62,8 @@ void read_all(const LibraryFile& file, const LibraryPath& path, int& left)
         const LibraryEntryList list = file.list(path, type);
         for (std::size_t i = 0; i < list.size() && left > 0; ++i, --left)
             static_cast<void>(file.get(path, std::string(list[i].name), type, bytes));
+        std::size_t visited = 0;
+        file.visit(path, type, [&](const LibraryEntryView&) { return ++visited < list.size(); });
     }
     for (const std::string& name : file.directories(path)) {
         LibraryPath below = path;

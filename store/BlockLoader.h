@@ -5,9 +5,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <list>
 #include <memory>
-#include <unordered_map>
+#include <string>
+#include <vector>
 
 namespace zmr {
 
@@ -25,18 +25,42 @@ public:
     [[nodiscard]] std::string read_bytes(const BlockRef& block, ReadOutcome& outcome) const;
     void clear();
 
+    /// Reads one extent after the other into memory that walk after walk uses again; what a long
+    /// list passes by does not push anything out of the cache.
+    class Walk {
+    public:
+        explicit Walk(BlockLoader& loader);
+        ~Walk();
+        Walk(const Walk&) = delete;
+        Walk& operator=(const Walk&) = delete;
+        /// The extent until the next call; null when it can't be read.
+        [[nodiscard]] const IndexBlock* load(const BlockRef& extent);
+
+    private:
+        BlockLoader& loader_;
+        std::unique_ptr<IndexBlock> own_;
+        std::shared_ptr<const IndexBlock> cached_;
+    };
+
 private:
+    static constexpr std::size_t kWalkBytes = 256 * 1024;  // more is not kept for the next walk
     struct Cached {
         std::uint64_t position;
         std::uint64_t checksum;
+        bool used;  ///< Since the hand passed last.
         std::shared_ptr<const IndexBlock> block;
     };
-    using Order = std::list<Cached>;
+    using Blocks = std::vector<Cached>;
+    [[nodiscard]] Blocks::iterator find(std::uint64_t position);
+    [[nodiscard]] bool read(const BlockRef& block, IndexBlock::Kind kind, IndexBlock& into,
+                            ReadOutcome& outcome) const;
+    void make_room();
 
     const LibraryStorage& storage_;
-    Order order_;  // the last used first
-    std::unordered_map<std::uint64_t, Order::iterator> places_;
+    Blocks cached_;         // ascending by position
+    std::size_t hand_ = 0;  // goes round and lets go of what was not used since it came by
     std::size_t bytes_ = 0;
+    std::unique_ptr<IndexBlock> walked_;  // while no walk has it
 };
 
 }  // namespace zmr

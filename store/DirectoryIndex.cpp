@@ -21,13 +21,9 @@ void DamageLog::note(LibraryDamage::Part part, std::string_view directory, std::
     last_.text = std::move(text);
 }
 
-LibraryEntryView LibraryEntryList::operator[](std::size_t index) const
+LibraryEntryView view_of(const EntryRecord& record)
 {
-    const Place place = places_[index];
-    EntryRecord record;
     LibraryEntryView view;
-    if (!blocks_[place.block]->entry(place.record, record))
-        return view;
     view.name = record.key.name;
     view.label = record.label;
     view.kind = record.value.has(EntryValue::kRaw) ? ContentKind::Raw : ContentKind::Streamable;
@@ -37,6 +33,13 @@ LibraryEntryView LibraryEntryList::operator[](std::size_t index) const
     if (view.has_bytes)
         view.bytes = std::as_bytes(std::span(record.value.bytes));
     return view;
+}
+
+LibraryEntryView LibraryEntryList::operator[](std::size_t index) const
+{
+    const Place place = places_[index];
+    EntryRecord record;
+    return blocks_[place.block]->entry(place.record, record) ? view_of(record) : LibraryEntryView();
 }
 
 void Directory::write(std::string_view key, IndexBlockBuilder& builder) const
@@ -107,6 +110,31 @@ std::size_t DirectoryIndex::page_of(std::string_view key) const
                                         : static_cast<std::size_t>(above - root_.pages.begin()) - 1;
 }
 
+bool DirectoryIndex::read_base(const std::string& base_key, Directory& directory,
+                               ReadOutcome& outcome) const
+{
+    outcome = ReadOutcome::Good;
+    if (root_.pages.empty())
+        return false;
+    const PageRef& page = root_.pages[page_of(base_key)];
+    const auto block = loader_.load(page.block, IndexBlock::Kind::Page, outcome);
+    if (block == nullptr) {
+        damage_.note(LibraryDamage::Part::DirectoryTable, page.first, {}, {},
+                     "a page of the directory table can't be read");
+        return false;
+    }
+    const std::size_t index = block->lower_bound_directory(base_key);
+    std::string_view key;
+    if (index >= block->count() || !block->directory_key(index, key) || key != base_key)
+        return false;
+    if (directory.read(*block, index))
+        return true;
+    damage_.note(LibraryDamage::Part::DirectoryTable, base_key, {}, {},
+                 "the directory's record is malformed");
+    outcome = ReadOutcome::Damaged;
+    return false;
+}
+
 std::shared_ptr<const Directory> DirectoryIndex::base_at(const std::string& base_key,
                                                          ReadOutcome& outcome) const
 {
@@ -114,26 +142,11 @@ std::shared_ptr<const Directory> DirectoryIndex::base_at(const std::string& base
     const auto cached = directories_.find(base_key);
     if (cached != directories_.end())
         return cached->second;
-    if (root_.pages.empty())
-        return nullptr;
-    const PageRef& page = root_.pages[page_of(base_key)];
-    const auto block = loader_.load(page.block, IndexBlock::Kind::Page, outcome);
-    if (block == nullptr) {
-        damage_.note(LibraryDamage::Part::DirectoryTable, page.first, {}, {},
-                     "a page of the directory table can't be read");
-        return nullptr;
-    }
-    const std::size_t index = block->lower_bound_directory(base_key);
-    std::string_view key;
-    std::shared_ptr<Directory> directory;
-    if (index < block->count() && block->directory_key(index, key) && key == base_key) {
-        directory = std::make_shared<Directory>();
-        if (!directory->read(*block, index)) {
-            damage_.note(LibraryDamage::Part::DirectoryTable, base_key, {}, {},
-                         "the directory's record is malformed");
-            outcome = ReadOutcome::Damaged;
+    auto directory = std::make_shared<Directory>();
+    if (!read_base(base_key, *directory, outcome)) {
+        if (outcome != ReadOutcome::Good || root_.pages.empty())
             return nullptr;
-        }
+        directory.reset();
     }
     // Absent ones are remembered, too: many new directories are asked for again and again.
     const std::size_t bytes =
@@ -176,9 +189,14 @@ std::shared_ptr<const IndexBlock> DirectoryIndex::load_extent(const std::string&
     ReadOutcome outcome;
     auto block = loader_.load(extent.block, IndexBlock::Kind::Extent, outcome);
     if (block == nullptr)
-        damage_.note(LibraryDamage::Part::IndexExtent, directory, extent.type, extent.name,
-                     "an extent of the directory's index can't be read");
+        note_damage(directory, extent);
     return block;
+}
+
+void DirectoryIndex::note_damage(const std::string& directory, const ExtentRef& extent) const
+{
+    damage_.note(LibraryDamage::Part::IndexExtent, directory, extent.type, extent.name,
+                 "an extent of the directory's index can't be read");
 }
 
 bool DirectoryIndex::find(const std::string& directory, const EntryKey& key, Found& found) const

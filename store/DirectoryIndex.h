@@ -36,6 +36,9 @@ struct Directory {
     [[nodiscard]] bool read(const IndexBlock& page, std::size_t index);
 };
 
+/// What the entry's record tells; the views are the record's.
+[[nodiscard]] LibraryEntryView view_of(const EntryRecord& record);
+
 /// A change of one entry that lies over the index in the file: a new value, or its removal.
 struct EntryChange {
     bool removed = false;
@@ -137,6 +140,9 @@ public:
     /// Told each entry of a directory, ascending; false stops. The views hold during the call.
     using EntryVisitor = std::function<bool(const EntryRecord&)>;
     void for_each(const std::string& directory, const EntryVisitor& visit) const;
+    /// Only those of one type.
+    void for_each(const std::string& directory, std::string_view type,
+                  const EntryVisitor& visit) const;
 
     [[nodiscard]] bool has_changes() const;
     /// The memory that the changes take, about.
@@ -146,6 +152,9 @@ private:
     friend class IndexFold;
     DirectoryChanges& changes_of(const std::string& directory);
     void count(DirectoryChanges& changes, std::string_view type, std::int64_t difference);
+    /// False when the root's table has none under that key.
+    [[nodiscard]] bool read_base(const std::string& base_key, Directory& directory,
+                                 ReadOutcome& outcome) const;
     [[nodiscard]] std::shared_ptr<const Directory> base_at(const std::string& base_key,
                                                            ReadOutcome& outcome) const;
     [[nodiscard]] std::size_t page_of(std::string_view key) const;
@@ -154,6 +163,10 @@ private:
     /// The extent that holds `key` if any does.
     [[nodiscard]] static std::size_t extent_of(const Directory& base, const EntryKey& key);
     void load_types() const;
+    /// From `first` to before `last`, or to the end.
+    void walk(const std::string& directory, const EntryKey& first, const EntryKey* last,
+              const EntryVisitor& visit) const;
+    void note_damage(const std::string& directory, const ExtentRef& extent) const;
     [[nodiscard]] std::shared_ptr<const IndexBlock> load_extent(const std::string& directory,
                                                                 const ExtentRef& extent) const;
 

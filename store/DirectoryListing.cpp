@@ -1,7 +1,7 @@
 #include "store/DirectoryIndex.h"
 
 #include <algorithm>
-#include <limits>
+#include <optional>
 
 // The walks of DirectoryIndex: lists, types, directories.
 namespace zmr {
@@ -89,49 +89,83 @@ LibraryEntryList DirectoryIndex::list(const std::string& directory, std::string_
         for (LibraryEntryList::Place& each : list.places_)
             if (each.block == kChanged)
                 each.block = static_cast<std::uint32_t>(list.blocks_.size());
-        list.blocks_.push_back(IndexBlock::Make(changed.finish(), IndexBlock::Kind::Extent, 0,
-                                                std::numeric_limits<std::uint64_t>::max()));
+        list.blocks_.push_back(changed.finish_in_memory());
     }
     return list;
 }
 
 void DirectoryIndex::for_each(const std::string& directory, const EntryVisitor& visit) const
 {
-    static const EntryChanges kNone;
-    const EntryChanges* changes = &kNone;
+    walk(directory, {}, nullptr, visit);
+}
+
+void DirectoryIndex::for_each(const std::string& directory, std::string_view type,
+                              const EntryVisitor& visit) const
+{
+    const std::string next_type = std::string(type) + '\0';
+    const EntryKey last{next_type, {}};
+    walk(directory, {type, {}}, &last, visit);
+}
+
+void DirectoryIndex::walk(const std::string& directory, const EntryKey& first, const EntryKey* last,
+                          const EntryVisitor& visit) const
+{
+    const EntryChanges none;
+    const EntryChanges* changes = &none;
+    const std::string* base_key = &directory;
     const auto place = changes_.find(directory);
-    if (place != changes_.end())
+    if (place != changes_.end()) {
         changes = &place->second.entries;
-    auto change = changes->begin();
-    const auto end = changes->end();
+        base_key = place->second.has_base ? &place->second.base_key : nullptr;
+    }
+    auto change = changes->lower_bound(first);
+    const auto end = last == nullptr ? changes->end() : changes->lower_bound(*last);
     const auto visit_change = [&](const EntryChanges::value_type& each) {
         return visit({each.first.view(), each.second.label, each.second.view()});
     };
 
+    // Read anew: a walk through all directories must leave nothing in memory.
+    Directory base;
     ReadOutcome outcome;
-    const auto base = base_of(directory, outcome);
-    std::shared_ptr<const IndexBlock> before;
-    EntryKey last_key;
-    for (std::size_t i = 0; base != nullptr && i < base->extents.size(); ++i) {
-        const auto block = load_extent(directory, base->extents[i]);
-        if (block == nullptr)
+    if (base_key == nullptr || !read_base(*base_key, base, outcome))
+        base = {};
+    BlockLoader::Walk walk(loader_);
+    std::optional<OwnedEntryKey> before;  // the last key of the extents so far
+    for (std::size_t i = base.extents.empty() ? 0 : extent_of(base, first); i < base.extents.size();
+         ++i) {
+        const ExtentRef& extent = base.extents[i];
+        if (last != nullptr && !(extent.first() < *last))
+            break;
+        const IndexBlock* const block = walk.load(extent.block);
+        if (block == nullptr) {
+            note_damage(directory, extent);
             continue;
-        for (std::size_t index = 0; index < block->count(); ++index) {
-            EntryRecord record;
-            if (!block->entry(index, record) || (before != nullptr && !(last_key < record.key)))
-                continue;
-            last_key = record.key;
-            before = block;
-            if (!changes_before(change, end, record.key, visit_change))
-                return;
-            if (change != end && change->first.view() == record.key) {
-                if (!change->second.removed && !visit_change(*change))
-                    return;
-                ++change;
-            } else if (!visit(record)) {
-                return;
-            }
         }
+        EntryRecord record;
+        std::size_t index = block->lower_bound(first);
+        // A proper file has ascending extents; a forged one must not give entries twice.
+        while (before && index < block->count() && block->entry(index, record) &&
+               !(before->view() < record.key))
+            ++index;
+        const std::size_t to = last == nullptr ? block->count() : block->lower_bound(*last);
+        for (; index < to; ++index) {
+            if (!block->entry(index, record))
+                continue;
+            if (change != end) {
+                if (!changes_before(change, end, record.key, visit_change))
+                    return;
+                if (change != end && change->first.view() == record.key) {
+                    if (!change->second.removed && !visit_change(*change))
+                        return;
+                    ++change;
+                    continue;
+                }
+            }
+            if (!visit(record))
+                return;
+        }
+        if (to > 0 && block->key(to - 1, record.key))
+            before = {std::string(record.key.type), std::string(record.key.name)};
     }
     for (; change != end; ++change)
         if (!change->second.removed && !visit_change(*change))

@@ -1,32 +1,44 @@
 #include "store/IndexBlock.h"
 
+#include <cstring>
+#include <limits>
 #include <utility>
 
 namespace zmr {
 
-std::shared_ptr<const IndexBlock> IndexBlock::Make(std::string bytes, Kind kind,
-                                                   std::uint64_t position, std::uint64_t file_end)
+bool IndexBlock::assign(ByteBuffer bytes, Kind kind, std::uint64_t position, std::uint64_t file_end)
 {
-    ByteReader head(bytes);
+    buffer_ = std::move(bytes);
+    bytes_ = buffer_.view();
+    strings_.clear();
+    count_ = 0;
+    position_ = position;
+    file_end_ = file_end;
+    ByteReader head(bytes_);
     const std::uint32_t magic = head.u32();
     const std::uint32_t records = head.u32();
     const std::uint32_t strings = head.u32();
     static_cast<void>(head.u32());
     if (!head.good() || magic != static_cast<std::uint32_t>(kind) || records > head.left() / 4)
-        return nullptr;
-
-    std::shared_ptr<IndexBlock> block(new IndexBlock);  // the constructor is private
-    block->bytes_ = std::move(bytes);
-    block->count_ = records;
-    block->position_ = position;
-    block->file_end_ = file_end;
-    ByteReader in(std::string_view(block->bytes_).substr(kHeadBytes + std::size_t{records} * 4));
+        return false;
+    ByteReader in(bytes_.substr(kHeadBytes + std::size_t{records} * 4));
     if (strings > in.left())
-        return nullptr;
-    block->strings_.reserve(strings);
+        return false;
+    strings_.reserve(strings);
     for (std::uint32_t i = 0; i < strings && in.good(); ++i)
-        block->strings_.push_back(in.text());
-    return in.good() ? block : nullptr;
+        strings_.push_back(in.text());
+    if (!in.good())
+        return false;
+    count_ = records;
+    return true;
+}
+
+ByteBuffer IndexBlock::release()
+{
+    bytes_ = {};
+    strings_.clear();
+    count_ = 0;
+    return std::move(buffer_);
 }
 
 std::string_view IndexBlock::string(ByteReader& in) const
@@ -41,8 +53,7 @@ std::string_view IndexBlock::string(ByteReader& in) const
 ByteReader IndexBlock::record(std::size_t index) const
 {
     const std::uint32_t offset = load_u32(bytes_.data() + kHeadBytes + index * 4);
-    const std::string_view all = bytes_;
-    return ByteReader(offset < all.size() ? all.substr(offset) : std::string_view());
+    return ByteReader(offset < bytes_.size() ? bytes_.substr(offset) : std::string_view());
 }
 
 bool IndexBlock::key(std::size_t index, EntryKey& key) const
@@ -152,6 +163,18 @@ std::string IndexBlockBuilder::finish()
     strings_.clear();
     records_.clear();
     return bytes;
+}
+
+std::shared_ptr<const IndexBlock> IndexBlockBuilder::finish_in_memory()
+{
+    const std::string bytes = finish();
+    ByteBuffer buffer;
+    buffer.reset(bytes.size());
+    std::memcpy(buffer.data(), bytes.data(), bytes.size());
+    const auto block = std::make_shared<IndexBlock>();
+    static_cast<void>(
+        block->assign(std::move(buffer), kind_, 0, std::numeric_limits<std::uint64_t>::max()));
+    return block;
 }
 
 }  // namespace zmr

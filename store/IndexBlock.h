@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/ByteBuffer.h"
 #include "store/LibraryFormat.h"
 
 #include <cstddef>
@@ -28,20 +29,27 @@ struct EntryRecord {
 
 /// A checked block of the index in memory: a page of the directory table or an extent of entries.
 /// Records are decoded as they are asked for, each within the block's bounds, so that a malformed
-/// block costs nothing but itself. Never changes; shared by the cache and the lists.
+/// block costs nothing but itself. The cache and the lists share blocks that never change.
 class IndexBlock {
 public:
     enum class Kind : std::uint32_t { Page = 0x5A4D5047, Extent = 0x5A4D5854 };
     static constexpr std::size_t kHeadBytes = 16;
 
-    /// Null when the bytes are no block of that kind. `position` is where they lie in the file, 0
-    /// for a block made in memory; `file_end` bounds what its values may point at.
-    [[nodiscard]] static std::shared_ptr<const IndexBlock> Make(std::string bytes, Kind kind,
-                                                                std::uint64_t position,
-                                                                std::uint64_t file_end);
+    /// No records.
+    IndexBlock() = default;
+    IndexBlock(const IndexBlock&) = delete;
+    IndexBlock& operator=(const IndexBlock&) = delete;
+    /// Keeps the bytes; false, without records, when they are no block of that kind. `position` is
+    /// where they lie in the file, 0 for a block made in memory; `file_end` bounds what its values
+    /// may point at.
+    [[nodiscard]] bool assign(ByteBuffer bytes, Kind kind, std::uint64_t position,
+                              std::uint64_t file_end);
+    /// Gives the memory up, to be used again.
+    [[nodiscard]] ByteBuffer release();
 
     [[nodiscard]] std::size_t count() const { return count_; }
     [[nodiscard]] std::size_t bytes() const { return bytes_.size(); }
+    [[nodiscard]] std::size_t memory() const { return buffer_.capacity(); }
     /// A string of the block's table; empty, and `in` bad, when there is none of that number.
     [[nodiscard]] std::string_view string(ByteReader& in) const;
     /// The bytes from record `index` on.
@@ -59,11 +67,11 @@ public:
     [[nodiscard]] std::size_t lower_bound_directory(std::string_view key) const;
 
 private:
-    IndexBlock() = default;
     template <class Below>
     std::size_t partition_point(Below below) const;
 
-    std::string bytes_;
+    ByteBuffer buffer_;
+    std::string_view bytes_;  // of the buffer
     std::vector<std::string_view> strings_;
     std::size_t count_ = 0;
     std::uint64_t position_ = 0;
@@ -89,6 +97,8 @@ public:
     }
     /// The block's bytes; the builder is empty afterwards.
     [[nodiscard]] std::string finish();
+    /// The block itself, as one that lies nowhere in the file.
+    [[nodiscard]] std::shared_ptr<const IndexBlock> finish_in_memory();
 
 private:
     IndexBlock::Kind kind_;

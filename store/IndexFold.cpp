@@ -11,8 +11,13 @@ public:
 
     [[nodiscard]] bool add(const EntryKey& key, std::string_view label, const EntryValue& value)
     {
-        if (builder_.size() >= kExtentBytes && !finish())
+        // Of one type, when that fills an extent: what is listed is read without the rest.
+        const bool full = builder_.size() >= kExtentBytes ||
+                          (builder_.size() >= kSmallBytes && key.type != last_type_);
+        if (full && !finish())
             return false;
+        if (key.type != last_type_)
+            last_type_ = std::string(key.type);
         if (builder_.count() == 0) {
             next_ = {};
             next_.type = std::string(key.type);
@@ -56,6 +61,7 @@ private:
     Directory& directory_;
     IndexBlockBuilder builder_{IndexBlock::Kind::Extent};
     ExtentRef next_;
+    std::string last_type_;
 };
 
 bool IndexFold::write_block(std::string_view bytes, BlockRef& block)

@@ -23,9 +23,9 @@ public:
     using Moves = std::function<bool(const BlockRef& block)>;
 
     static constexpr std::size_t kExtentBytes =
-        192 * 1024;                                        ///< Full; one record more may lie above.
-    static constexpr std::size_t kSmallBytes = 32 * 1024;  ///< Small neighbours are joined.
-    static constexpr std::size_t kTablePageBytes = 64 * 1024;
+        32 * 1024;                                        ///< Full; one record more may lie above.
+    static constexpr std::size_t kSmallBytes = 8 * 1024;  ///< Small neighbours are joined.
+    static constexpr std::size_t kTablePageBytes = 16 * 1024;
 
     IndexFold(DirectoryIndex& index, Write write, Moves moves)
         : index_(index), write_(std::move(write)), moves_(std::move(moves))

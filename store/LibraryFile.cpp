@@ -15,6 +15,19 @@ std::string_view view(std::span<const std::byte> bytes)
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
+/// Refuses changes while a visitor runs, which may be one inside another.
+class BusyGuard {
+public:
+    explicit BusyGuard(bool& busy) : busy_(busy), before_(std::exchange(busy, true)) {}
+    ~BusyGuard() { busy_ = before_; }
+    BusyGuard(const BusyGuard&) = delete;
+    BusyGuard& operator=(const BusyGuard&) = delete;
+
+private:
+    bool& busy_;
+    bool before_;
+};
+
 }  // namespace
 
 LibraryFile::LibraryFile(FileSystemDevice& files, const LibraryTuning& tuning)
@@ -184,6 +197,15 @@ bool LibraryFile::clear()
 {
     const Lock lock(state_->mutex);
     return state_->clear();
+}
+
+void LibraryFile::visit(const LibraryPath& path, std::string_view type,
+                        const LibraryEntryVisitor& visit) const
+{
+    const Lock lock(state_->mutex);
+    const BusyGuard busy(state_->busy);
+    state_->index.for_each(path.key(), type,
+                           [&](const EntryRecord& record) { return visit(view_of(record)); });
 }
 
 LibraryEntryList LibraryFile::list(const LibraryPath& path, std::string_view type) const

@@ -69,6 +69,9 @@ using LibrarySource = std::function<bool(void* data, std::size_t size, std::size
 /// meanwhile.
 using LibraryProgress = std::function<bool(std::uint64_t done, std::uint64_t all)>;
 
+/// Told one entry of a list; false stops the list.
+using LibraryEntryVisitor = std::function<bool(const LibraryEntryView& entry)>;
+
 /// When work is folded and synced. The values are those of every product; tests make them small, so
 /// that little data takes all the ways that much does.
 struct LibraryTuning {
@@ -199,6 +202,11 @@ public:
     bool clear();
 
     // Lists, ascending in byte order.
+    /// Tells `visit` the entries of one type in a directory, read where they lie; false stops. What
+    /// the views show holds during that call only. Takes no memory that grows with their number.
+    void visit(const LibraryPath& path, std::string_view type,
+               const LibraryEntryVisitor& visit) const;
+    /// The same entries, to keep.
     [[nodiscard]] LibraryEntryList list(const LibraryPath& path, std::string_view type) const;
     [[nodiscard]] std::vector<std::string> types(const LibraryPath& path) const;
     /// The types that occur anywhere in the file.

@@ -87,12 +87,6 @@ void ByteWriter::text(std::string_view value)
     out_ += value;
 }
 
-std::uint8_t ByteReader::u8()
-{
-    const std::string_view part = bytes(1);
-    return part.empty() ? std::uint8_t{0} : static_cast<std::uint8_t>(part[0]);
-}
-
 std::uint32_t ByteReader::u32()
 {
     const std::string_view part = bytes(4);
@@ -279,10 +273,8 @@ void EntryValue::write(ByteWriter& out) const
     out.u64(checksum);
 }
 
-void EntryValue::read(ByteReader& in, std::uint64_t file_end)
+void EntryValue::read_place(ByteReader& in, std::uint64_t file_end)
 {
-    flags = in.u8();
-    length = in.varint();
     stored = has(kCompressed) ? in.varint() : length;
     // zlib can't inflate by more than this factor, and longer contents are never compressed.
     if (has(kCompressed) && (length > kMaxInflatedBytes || length / 1032 > stored))

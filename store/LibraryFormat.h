@@ -81,7 +81,16 @@ public:
     [[nodiscard]] bool good() const { return good_; }
     [[nodiscard]] bool at_end() const { return left_.empty(); }
     [[nodiscard]] std::size_t left() const { return left_.size(); }
-    std::uint8_t u8();
+    std::uint8_t u8()
+    {
+        if (left_.empty()) {
+            fail();
+            return 0;
+        }
+        const auto value = static_cast<std::uint8_t>(left_[0]);
+        left_.remove_prefix(1);
+        return value;
+    }
     std::uint32_t u32();
     std::uint64_t u64();
     std::uint64_t varint()
@@ -184,7 +193,22 @@ struct EntryValue {
     [[nodiscard]] FileRange range() const;
     void write(ByteWriter& out) const;
     /// Bad when it contradicts itself or lies outside a file of `file_end` bytes.
-    void read(ByteReader& in, std::uint64_t file_end);
+    void read(ByteReader& in, std::uint64_t file_end)
+    {
+        flags = in.u8();
+        length = in.varint();
+        if ((flags & (kCompressed | kInIndex | kInBlocks)) != kInIndex) {
+            read_place(in, file_end);
+            return;
+        }
+        stored = length;
+        position = 0;
+        checksum = 0;
+        bytes = in.bytes(length);
+    }
+
+private:
+    void read_place(ByteReader& in, std::uint64_t file_end);
 };
 
 /// The bytes of the checksum table behind `stored` bytes.

@@ -156,19 +156,16 @@ bool LibraryState::lock_reader(FileDevice& device)
 
 LibraryOpenResult LibraryState::load()
 {
-    // Header and slots at once.
-    std::array<char, kSlotPosition[1] + kSectorBytes> fixed{};
-    const std::string_view view(fixed.data(), storage.read_some(0, fixed.data(), fixed.size()));
     std::uint64_t bytes = 0;
     if (const FileError error = storage.device()->length(bytes))
         return failed(error);
-    const auto sector = [&](std::uint64_t at) {
-        return at < view.size() ? view.substr(static_cast<std::size_t>(at), kSectorBytes)
-                                : std::string_view();
+    std::array<char, kSectorBytes> sector;
+    const auto read_sector = [&](std::uint64_t at) {
+        return std::string_view(sector.data(), storage.read_some(at, sector.data(), sector.size()));
     };
     for (std::size_t i = 0; i < 2; ++i)
-        slot_valid_[i] = decode_slot(sector(kSlotPosition[i]), slots_[i]);
-    const HeaderKind header = decode_header(sector(0));
+        slot_valid_[i] = decode_slot(read_sector(kSlotPosition[i]), slots_[i]);
+    const HeaderKind header = decode_header(read_sector(0));
     if (header == HeaderKind::Newer)
         return refused(LibraryOpenStatus::NewerFormat,
                        "the library was written by a newer version");

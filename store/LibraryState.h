@@ -188,8 +188,8 @@ private:
     std::uint64_t work_bytes_ = 0;
     bool has_work_ = false;
     std::chrono::steady_clock::time_point work_since_;
-    // While packing: which blocks are worth moving, where room for a content must end, and where the
-    // file is to be cut.
+    // While packing: which blocks are worth moving, where room for a content must end, and where
+    // the file is to be cut.
     static constexpr auto kNoLimit = std::numeric_limits<std::uint64_t>::max();
     std::uint64_t move_above_ = kNoLimit;
     std::uint64_t room_limit_ = kNoLimit;

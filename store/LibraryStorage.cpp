@@ -99,21 +99,38 @@ ReadOutcome LibraryStorage::read(std::uint64_t position, void* data, std::size_t
     return done == size ? ReadOutcome::Good : ReadOutcome::Damaged;
 }
 
+bool LibraryStorage::may_hold(std::uint64_t position, std::uint64_t length_bytes) const
+{
+    constexpr std::uint64_t kTrusted = 1u << 20;  // taken without asking for the file's length
+    if (length_bytes <= kTrusted)
+        return true;
+    const std::uint64_t file = length();
+    return position <= file && length_bytes <= file - position;
+}
+
 ReadOutcome LibraryStorage::read_checked(std::uint64_t position, std::uint64_t length_bytes,
                                          std::uint64_t checksum, std::string& bytes) const
 {
-    constexpr std::uint64_t kTrusted = 1u << 20;  // taken without asking for the file's length
-    if (length_bytes > kTrusted) {
-        const std::uint64_t file = length();
-        if (position > file || length_bytes > file - position)
-            return ReadOutcome::Damaged;
-    }
+    if (!may_hold(position, length_bytes))
+        return ReadOutcome::Damaged;
     bytes.resize(static_cast<std::size_t>(length_bytes));
     const ReadOutcome outcome = read(position, bytes.data(), bytes.size());
     if (outcome == ReadOutcome::Good && checksum_of(std::string_view(bytes)) == checksum)
         return ReadOutcome::Good;
     bytes.clear();
     return outcome == ReadOutcome::Unreadable ? outcome : ReadOutcome::Damaged;
+}
+
+ReadOutcome LibraryStorage::read_checked(std::uint64_t position, std::uint64_t length_bytes,
+                                         std::uint64_t checksum, ByteBuffer& bytes) const
+{
+    if (!may_hold(position, length_bytes))
+        return ReadOutcome::Damaged;
+    bytes.reset(static_cast<std::size_t>(length_bytes));
+    const ReadOutcome outcome = read(position, bytes.data(), bytes.size());
+    if (outcome == ReadOutcome::Good && checksum_of(bytes.view()) != checksum)
+        return ReadOutcome::Damaged;
+    return outcome;
 }
 
 bool LibraryStorage::make_file()

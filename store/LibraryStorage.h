@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FileDevice.h"
+#include "store/ByteBuffer.h"
 #include "store/LibraryFormat.h"
 
 #include <cstdint>
@@ -45,6 +46,8 @@ public:
     /// the length was compared with the file's.
     [[nodiscard]] ReadOutcome read_checked(std::uint64_t position, std::uint64_t length,
                                            std::uint64_t checksum, std::string& bytes) const;
+    [[nodiscard]] ReadOutcome read_checked(std::uint64_t position, std::uint64_t length,
+                                           std::uint64_t checksum, ByteBuffer& bytes) const;
     /// Reads up to `size` bytes and gives the count.
     [[nodiscard]] std::size_t read_some(std::uint64_t position, void* data, std::size_t size) const;
     /// The length of the file with what is not flushed.
@@ -96,6 +99,8 @@ public:
 
 private:
     static constexpr std::size_t kBufferBytes = 64 * 1024;
+    /// Whether memory may be taken for that many bytes there.
+    [[nodiscard]] bool may_hold(std::uint64_t position, std::uint64_t length) const;
     /// Makes the file, or gives an empty one its fixed part.
     [[nodiscard]] bool make_file();
     [[nodiscard]] bool add(std::string_view bytes);

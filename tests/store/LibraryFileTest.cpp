@@ -240,6 +240,77 @@ TEST(LibraryFile, List_IsASnapshotThatOutlivesChangesAndClosing)
     EXPECT_EQ(list[2].label, "Class");
 }
 
+/// Enough of two types for several extents in the file, and changes over them.
+void put_many(LibraryFile& file)
+{
+    file.begin_scope();
+    for (int i = 0; i < 600; ++i)
+        for (const char* type : {"s", "t"})
+            ASSERT_TRUE(put(file, {}, "n" + std::to_string(i), type, noise_bytes(200, i)));
+    file.end_scope();
+    ASSERT_TRUE(file.close());
+    open_to_write(file);
+    ASSERT_TRUE(put(file, {}, "n100 new", "t", "new"));
+    ASSERT_TRUE(put(file, {}, "n200", "t", "changed"));
+    ASSERT_TRUE(file.remove({}, "n300", "t"));
+}
+
+TEST(LibraryFile, Visit_TellsWhatListHolds)
+{
+    FaultyFileSystem files;
+    LibraryFile file(files);
+    open_to_write(file);
+    put_many(file);
+
+    for (const char* type : {"", "s", "t", "u"}) {
+        const LibraryEntryList list = file.list({}, type);
+        std::size_t visited = 0;
+        file.visit({}, type, [&](const LibraryEntryView& entry) {
+            EXPECT_LT(visited, list.size());
+            EXPECT_EQ(entry.name, list[visited].name);
+            EXPECT_TRUE(std::ranges::equal(entry.bytes, list[visited].bytes));
+            return ++visited < list.size();
+        });
+        EXPECT_EQ(visited, list.size());
+    }
+    EXPECT_EQ(file.list({}, "t").size(), 600u);
+}
+
+TEST(LibraryFile, Visit_FalseEndsIt)
+{
+    FaultyFileSystem files;
+    LibraryFile file(files);
+    open_to_write(file);
+    put_many(file);
+
+    int visited = 0;
+    file.visit({}, "t", [&](const LibraryEntryView&) { return ++visited < 7; });
+    EXPECT_EQ(visited, 7);
+}
+
+TEST(LibraryFile, Visit_LetsItsVisitorReadButNotChange)
+{
+    FaultyFileSystem files;
+    LibraryFile file(files);
+    open_to_write(file);
+    put_many(file);
+
+    std::size_t pairs = 0;
+    bool first = true;
+    file.visit({}, "t", [&](const LibraryEntryView& outer) {
+        const std::string name(outer.name);
+        EXPECT_FALSE(file.put({}, "x", "t", ContentKind::Raw, "", {}));
+        EXPECT_FALSE(file.remove({}, name, "t"));
+        if (first)
+            file.visit({}, "s", [&](const LibraryEntryView&) { return ++pairs > 0; });
+        first = false;
+        EXPECT_EQ(outer.name, name);
+        return true;
+    });
+    EXPECT_EQ(pairs, 600u);
+    EXPECT_TRUE(put(file, {}, "x", "t", "after"));
+}
+
 TEST(LibraryFile, RandomChanges_EqualTheModelThroughCommitsAndReopens)
 {
     for (unsigned seed = 1; seed <= 12; ++seed) {

@@ -42,20 +42,20 @@ std::string random_bytes(Random& random)
 void add_all(const LibraryFile& file, const LibraryPath& path, LibraryModel& model, int& unreadable)
 {
     for (const std::string& type : file.types(path)) {
-        const LibraryEntryList list = file.list(path, type);
-        for (std::size_t i = 0; i < list.size(); ++i) {
-            LibraryModel::Entry entry{list[i].kind, std::string(list[i].label), {}};
-            const std::string name(list[i].name);
+        file.visit(path, type, [&](const LibraryEntryView& view) {
+            LibraryModel::Entry entry{view.kind, std::string(view.label), {}};
+            const std::string name(view.name);
             if (!file.get(path, name, type, entry.bytes)) {
                 ++unreadable;
-                continue;
+                return true;
             }
-            if (list[i].has_bytes) {
-                EXPECT_TRUE(std::ranges::equal(list[i].bytes, as_span(entry.bytes)));
+            if (view.has_bytes) {
+                EXPECT_TRUE(std::ranges::equal(view.bytes, as_span(entry.bytes)));
             }
-            EXPECT_EQ(list[i].length, entry.bytes.size());
+            EXPECT_EQ(view.length, entry.bytes.size());
             model.entries[{path.key(), type, name}] = std::move(entry);
-        }
+            return true;
+        });
     }
     for (const std::string& name : file.directories(path)) {
         LibraryPath below = path;
