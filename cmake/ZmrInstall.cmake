@@ -7,9 +7,14 @@ install(TARGETS ZMR_GV EXPORT ZMR_GVTargets
         RUNTIME DESTINATION bin LIBRARY DESTINATION lib ARCHIVE DESTINATION lib)
 install(EXPORT ZMR_GVTargets NAMESPACE ZMR_GV:: DESTINATION ${package})
 
+# The headers of the lane: those that the folders' targets name.
 foreach(folder IN LISTS ZMR_FOLDERS)
-    install(DIRECTORY ${folder} DESTINATION include/ZMR_GV
-            FILES_MATCHING PATTERN "*.h" PATTERN "*_posix.h" EXCLUDE PATTERN "*_win.h" EXCLUDE)
+    string(REPLACE "/" "_" target zmr_${folder})
+    get_target_property(headers ${target} SOURCES)
+    list(FILTER headers INCLUDE REGEX "\\.h$")
+    list(FILTER headers EXCLUDE REGEX "_(posix|win)\\.h$")
+    list(TRANSFORM headers PREPEND ${PROJECT_SOURCE_DIR}/${folder}/)
+    install(FILES ${headers} DESTINATION include/ZMR_GV/${folder})
 endforeach()
 get_property(lane_headers GLOBAL PROPERTY ZMR_LANE_HEADERS)
 foreach(header IN LISTS lane_headers)

@@ -1,5 +1,7 @@
 #include "platform/CArchiveException.h"
 
+IMPLEMENT_DYNAMIC(CArchiveException, CException)
+
 namespace {
 
 const char* text_of(int cause)

@@ -5,6 +5,8 @@
 
 /// A failed operation on an archive that is not its file's fault.
 class ZMR_GV_API CArchiveException : public CException {
+    DECLARE_DYNAMIC(CArchiveException)
+
 public:
     enum Cause {
         none,

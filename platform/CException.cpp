@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <utility>
 
+IMPLEMENT_DYNAMIC(CException, CObject)
+
 namespace {
 
 constexpr int kAnswerOk = 1;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Export.h"
+#include "platform/CObject.h"
 #include "platform/PlatformTypes.h"
 
 #include <string>
@@ -8,15 +8,15 @@
 /// Base of the platform's exceptions. They are thrown and caught by pointer:
 ///     catch (CException* failure) { failure->ReportError(); failure->Delete(); }
 /// Who catches one for good calls Delete; who throws it on with `throw;` does not.
-class ZMR_GV_API CException {
+class ZMR_GV_API CException : public CObject {
+    DECLARE_DYNAMIC(CException)
+
 public:
     /// Made with new; Delete frees it.
     CException() = default;
     /// False for an object that Delete must leave alone, because it lives elsewhere.
     explicit CException(BOOL auto_delete) : m_bAutoDelete(auto_delete) {}
-    virtual ~CException() = default;
-    CException(const CException&) = delete;
-    CException& operator=(const CException&) = delete;
+    ~CException() override = default;
 
     /// Frees the object unless it lives elsewhere.
     void Delete();

@@ -1,5 +1,7 @@
 #include "platform/CFileException.h"
 
+IMPLEMENT_DYNAMIC(CFileException, CException)
+
 namespace {
 
 int cause_of(zmr::FileErrorKind kind)

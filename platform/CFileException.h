@@ -6,6 +6,8 @@
 
 /// A failed operation on a file.
 class ZMR_GV_API CFileException : public CException {
+    DECLARE_DYNAMIC(CFileException)
+
 public:
     enum Cause {
         none,

@@ -1,5 +1,7 @@
 #include "platform/CMemoryException.h"
 
+IMPLEMENT_DYNAMIC(CMemoryException, CException)
+
 std::string CMemoryException::message() const
 {
     return "There is not enough memory.";

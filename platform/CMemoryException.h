@@ -4,6 +4,8 @@
 
 /// Memory has run out.
 class ZMR_GV_API CMemoryException : public CException {
+    DECLARE_DYNAMIC(CMemoryException)
+
 public:
     using CException::CException;
 

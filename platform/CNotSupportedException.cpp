@@ -1,5 +1,7 @@
 #include "platform/CNotSupportedException.h"
 
+IMPLEMENT_DYNAMIC(CNotSupportedException, CException)
+
 std::string CNotSupportedException::message() const
 {
     return "The operation is not supported.";

@@ -4,6 +4,8 @@
 
 /// An operation that this lane or this object does not have.
 class ZMR_GV_API CNotSupportedException : public CException {
+    DECLARE_DYNAMIC(CNotSupportedException)
+
 public:
     using CException::CException;
 

@@ -1,5 +1,7 @@
 #include "platform/CUserException.h"
 
+IMPLEMENT_DYNAMIC(CUserException, CException)
+
 std::string CUserException::message() const
 {
     return {};

@@ -4,6 +4,8 @@
 
 /// Ends an operation after the user has been told why: nobody reports it again.
 class ZMR_GV_API CUserException : public CException {
+    DECLARE_DYNAMIC(CUserException)
+
 public:
     using CException::CException;
 

@@ -1,5 +1,6 @@
 #include "platform/StringTable.h"
 
+#include "platform/AfxResources.h"
 #include "platform/WideText.h"
 #include "platform/Windows.h"
 
@@ -17,22 +18,14 @@ bool load_from(HINSTANCE module, UINT id, std::string& text)
     return true;
 }
 
-HINSTANCE module_of_this_code()
-{
-    HINSTANCE module = nullptr;
-    constexpr DWORD kHow =
-        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
-    if (!::GetModuleHandleExA(kHow, reinterpret_cast<LPCSTR>(&module_of_this_code), &module))
-        return nullptr;
-    return module;
-}
-
 }  // namespace
 
 bool find_system_string(UINT id, std::string& text)
 {
-    return load_from(::GetModuleHandleA(nullptr), id, text) ||
-           load_from(module_of_this_code(), id, text);
+    for (const HINSTANCE module : resource_modules())
+        if (load_from(module, id, text))
+            return true;
+    return false;
 }
 
 }  // namespace zmr

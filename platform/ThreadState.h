@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/HandleMap.h"
+#include "platform/Windows.h"
+
+#include <commctrl.h>
+
+#include <exception>
+
+class CDC;
+class CGdiObject;
+class CImageList;
+class CMenu;
+class CWinThread;
+class CWnd;
+
+namespace zmr {
+
+/// What the platform keeps for each thread that it runs in. Made at the thread's first use of it,
+/// freed at its end.
+class ThreadState {
+public:
+    /// The calling thread's. Never null; a look-up of a few nanoseconds.
+    [[nodiscard]] static ThreadState& current();
+
+    ThreadState();
+    ~ThreadState();
+    ThreadState(const ThreadState&) = delete;
+    ThreadState& operator=(const ThreadState&) = delete;
+
+    /// Frees all temporary objects, unless they are locked.
+    void drop_temporaries();
+
+    HandleMap<CWnd, HWND> windows;
+    HandleMap<CMenu, HMENU> menus;
+    HandleMap<CDC, HDC> device_contexts;
+    HandleMap<CGdiObject, HGDIOBJ> drawing_objects;
+    HandleMap<CImageList, HIMAGELIST> image_lists;
+    int temporary_locks = 0;  ///< While above 0, temporary objects stay.
+
+    CWinThread* thread = nullptr;  ///< The thread's object, when it has one.
+
+    MSG last_message{};   ///< The message that the innermost window procedure works on.
+    MSG queue_message{};  ///< The message that was last taken from the queue.
+
+    CWnd* window_in_creation = nullptr;  ///< Takes the next window that is made.
+    HHOOK creation_hook = nullptr;
+
+    HMENU tracked_menu = nullptr;  ///< The menu of the popup that is being tracked.
+    HWND tracking_window = nullptr;
+
+    /// What a callback of the system threw, until a frame of our own can throw it on.
+    std::exception_ptr pending;
+};
+
+}  // namespace zmr

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace zmr {
+
+/// What a run of kills has seen.
+struct KillFigures {
+    int kills = 0;
+    std::uint64_t commits = 0;  ///< That were acknowledged before a kill.
+    std::string failure;        ///< Empty when nothing was lost and all was readable.
+};
+
+/// Starts a process that writes the library `name` again and again, kills it after a random time,
+/// and checks what is left against what it had acknowledged. The library stays for the next kill
+/// and is left for a look when something failed.
+[[nodiscard]] KillFigures run_kills(const std::string& name, int kills, std::uint32_t seed);
+
+}  // namespace zmr
