@@ -153,13 +153,11 @@ bool control_reflect_ex_row(CCmdTarget* target, AFX_MESSAGE_CALL&)
 
 #define afx_msg
 
-/// In the class, behind its handlers.
-#define DECLARE_MESSAGE_MAP()                                       \
-protected:                                                          \
-    [[nodiscard]] static const AFX_MSGMAP* GetThisMessageMap();     \
-    [[nodiscard]] const AFX_MSGMAP* GetMessageMap() const override; \
-                                                                    \
-private:
+/// In the class; what follows is protected.
+#define DECLARE_MESSAGE_MAP()                                   \
+protected:                                                      \
+    [[nodiscard]] static const AFX_MSGMAP* GetThisMessageMap(); \
+    [[nodiscard]] const AFX_MSGMAP* GetMessageMap() const override;
 
 /// In the class's source, before the rows and behind them.
 #define BEGIN_MESSAGE_MAP(class_name, base_name)                     \

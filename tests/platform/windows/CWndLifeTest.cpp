@@ -116,8 +116,9 @@ TEST(CWndLife, WindowMadeInsideOfOnCreate_DoesNotTakeTheOuterObject)
     protected:
         LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override
         {
-            if (message == WM_CREATE)
+            if (message == WM_CREATE) {
                 EXPECT_TRUE(inner.open(this));
+            }
             return RecordingWindow::WindowProc(message, wparam, lparam);
         }
     };
