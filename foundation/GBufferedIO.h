@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 /// A buffer in front of a device: a window of bytes that readers take from and writers add to
 /// without a call. It owns and frees what stands under it.
@@ -41,21 +42,30 @@ public:
     /// null and nothing happens.
     [[nodiscard]] const unsigned char* take(std::size_t size)
     {
-        if (!reading_ || static_cast<std::size_t>(limit_ - cursor_) < size)
-            return nullptr;
-        const unsigned char* bytes = cursor_;
-        cursor_ += size;
-        return bytes;
+        return holds(size) ? pass(size) : nullptr;
     }
+    /// True when the next `size` bytes are in the window.
+    [[nodiscard]] bool holds(std::size_t size) const
+    {
+        return reading_ && static_cast<std::size_t>(limit_ - cursor_) >= size;
+    }
+    /// Takes the next `size` bytes, which the window holds.
+    const unsigned char* pass(std::size_t size) { return std::exchange(cursor_, cursor_ + size); }
     /// Room for the next `size` bytes, to be filled at once, when the window has it; otherwise
     /// null.
     [[nodiscard]] unsigned char* room(std::size_t size)
     {
-        if (!writing_ || static_cast<std::size_t>(limit_ - cursor_) < size)
-            return nullptr;
-        unsigned char* bytes = cursor_;
-        cursor_ += size;
-        return bytes;
+        return has_room(size) ? fill(size) : nullptr;
+    }
+    /// True when the window has room for the next `size` bytes.
+    [[nodiscard]] bool has_room(std::size_t size) const
+    {
+        return writing_ && static_cast<std::size_t>(limit_ - cursor_) >= size;
+    }
+    /// The room for the next `size` bytes, which the window has; to be filled at once.
+    [[nodiscard]] unsigned char* fill(std::size_t size)
+    {
+        return std::exchange(cursor_, cursor_ + size);
     }
 
 protected:

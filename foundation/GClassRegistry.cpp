@@ -2,7 +2,6 @@
 
 #include "foundation/Immortal.h"
 
-#include <algorithm>
 #include <bit>
 #include <cassert>
 #include <cstring>
@@ -21,11 +20,6 @@ constexpr std::uint64_t kHighBits = 0x8080808080808080u;
     return (word - kEachByte) & ~word & kHighBits;
 }
 
-[[nodiscard]] inline std::uint64_t tag_of(std::uint64_t key)
-{
-    return ((key >> 24) & 0x7F) | 0x80;
-}
-
 template <class T>
 [[nodiscard]] inline std::uint64_t load(const char* bytes)
 {
@@ -34,42 +28,32 @@ template <class T>
     return value;
 }
 
+/// The byte that a group keeps of a hash, never 0.
+[[nodiscard]] inline std::uint64_t tag_of(std::uint64_t hash)
+{
+    return hash >> 57 | 0x80;
+}
+
 __extension__ using Product = unsigned __int128;
 
-/// Both halves of the full product, folded.
+/// Both halves of the full product, folded: multiplicative hashing in which all bits count.
 [[nodiscard]] inline std::uint64_t mix(std::uint64_t a, std::uint64_t b)
 {
     const Product product = static_cast<Product>(a) * b;
     return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
 
-[[nodiscard]] inline std::uint64_t key_of(std::string_view name)
+constexpr std::uint64_t kOdd1 = 0xA0761D6478BD642Fu;
+constexpr std::uint64_t kOdd2 = 0xE7037ED1A0B428DBu;
+constexpr std::uint64_t kOdd3 = 0x8EBC6AF09C88C6E3u;
+
+/// What stands for the middle of a name that the words do not cover: all of it counts.
+[[nodiscard, gnu::noinline]] std::uint64_t inner(std::string_view name)
 {
-    // Three loads that overlap cover up to 24 bytes: a loop whose length differs from name to name
-    // would cost more than all the rest.
-    constexpr std::uint64_t kOdd1 = 0xA0761D6478BD642Fu;
-    constexpr std::uint64_t kOdd2 = 0xE7037ED1A0B428DBu;
-    const char* bytes = name.data();
-    const std::size_t length = name.size();
-    std::uint64_t first = 0;
-    std::uint64_t last = 0;
-    std::uint64_t hash = length;
-    if (length >= 8) {
-        first = load<std::uint64_t>(bytes);
-        last = load<std::uint64_t>(bytes + length - 8);
-        hash = mix(load<std::uint64_t>(bytes + (length - 8) / 2) ^ kOdd1, hash ^ kOdd2);
-        for (std::size_t at = 8; length > 24 && at + 8 < length; at += 8)
-            hash = mix(load<std::uint64_t>(bytes + at) ^ kOdd1, hash ^ kOdd2);
-    } else if (length >= 4) {
-        first = load<std::uint32_t>(bytes);
-        last = load<std::uint32_t>(bytes + length - 4);
-    } else if (length > 0) {
-        first = load<unsigned char>(bytes);
-        last =
-            load<unsigned char>(bytes + length / 2) << 8 | load<unsigned char>(bytes + length - 1);
-    }
-    hash = mix(first ^ kOdd1, last ^ hash ^ kOdd2);
-    return (hash & 0xFFFFFFFFu) | (static_cast<std::uint64_t>(length) + 1) << 32;
+    std::uint64_t hash = 0;
+    for (std::size_t at = 8; at + 8 < name.size(); at += 8)
+        hash = mix(load<std::uint64_t>(name.data() + at) ^ kOdd1, hash ^ kOdd2);
+    return hash;
 }
 
 }  // namespace
@@ -79,29 +63,46 @@ GClassRegistry& GClassRegistry::Get()
     return *g_registry;
 }
 
-std::uint64_t GClassRegistry::Key(std::string_view name)
+inline GClassRegistry::Words GClassRegistry::WordsOf(std::string_view name)
 {
-    return key_of(name);
+    const char* bytes = name.data();
+    const std::size_t length = name.size();
+    if (length >= 8)
+        return {load<std::uint64_t>(bytes),
+                length <= kWholeBytes ? load<std::uint64_t>(bytes + (length - 8) / 2) : inner(name),
+                load<std::uint64_t>(bytes + length - 8), length};
+    if (length >= 4)
+        return {load<std::uint32_t>(bytes), 0, load<std::uint32_t>(bytes + length - 4), length};
+    if (length > 0)
+        return {load<unsigned char>(bytes), load<unsigned char>(bytes + length / 2),
+                load<unsigned char>(bytes + length - 1), length};
+    return {};
 }
 
-inline bool GClassRegistry::Holds(const Slot& slot, std::string_view name)
+inline std::uint64_t GClassRegistry::Hash(const Words& words)
 {
-    // The key holds the length, so both texts are as long as `name`.
-    const char* text = name.size() <= sizeof slot.text ? slot.text : slot.metaclass->name;
-    return std::memcmp(text, name.data(), name.size()) == 0;
+    return mix(words.first ^ kOdd1, (words.last + words.length) ^ (words.middle * kOdd3));
+}
+
+inline bool GClassRegistry::Holds(const Slot& slot, const Words& words, const char* name)
+{
+    return slot.words == words &&
+           (words.length <= kWholeBytes ||
+            std::memcmp(slot.metaclass->name, name, static_cast<std::size_t>(words.length)) == 0);
 }
 
 inline const GClassRegistry::Slot* GClassRegistry::search(std::string_view name) const
 {
-    const std::uint64_t key = key_of(name);
-    const std::uint64_t wanted = tag_of(key) * kEachByte;
+    const Words words = WordsOf(name);
+    const std::uint64_t hash = Hash(words);
+    const std::uint64_t wanted = tag_of(hash) * kEachByte;
     const std::size_t mask = tags_.size() - 1;
-    for (std::size_t at = static_cast<std::size_t>(key) & mask;; at = (at + 1) & mask) {
+    for (std::size_t at = static_cast<std::size_t>(hash) & mask;; at = (at + 1) & mask) {
         const std::uint64_t tags = tags_.data()[at];
         const Slot* group = slots_.data() + kGroupSlots * at;
         for (std::uint64_t hits = zero_bytes(tags ^ wanted); hits != 0; hits &= hits - 1) {
-            const Slot& slot = group[std::countr_zero(hits) / 8];
-            if (slot.key == key && Holds(slot, name))
+            const Slot& slot = group[static_cast<unsigned>(std::countr_zero(hits)) / 8];
+            if (Holds(slot, words, name.data()))
                 return &slot;
         }
         if (zero_bytes(tags) != 0)
@@ -109,12 +110,18 @@ inline const GClassRegistry::Slot* GClassRegistry::search(std::string_view name)
     }
 }
 
-const GMetaClass* GClassRegistry::find(const char* name) const
+inline const GMetaClass* GClassRegistry::find(std::string_view name) const
 {
-    if (name == nullptr || tags_.empty())
+    if (tags_.empty())
         return nullptr;
     const Slot* slot = search(name);
     return slot == nullptr ? nullptr : slot->metaclass;
+}
+
+// Here, where the look-up can be inlined.
+const GMetaClass* GMetaClass::FindByName(const char* name)
+{
+    return name == nullptr ? nullptr : g_registry->find(name);
 }
 
 void GClassRegistry::enroll(const GMetaClass& metaclass)
@@ -135,7 +142,7 @@ void GClassRegistry::enroll(const GMetaClass& metaclass)
     const Slot* slot = search(name);
     metaclass.shadowed_ = slot == nullptr ? nullptr : slot->metaclass;
     if (slot == nullptr)
-        insert(Key(name), metaclass);
+        insert(metaclass);
     else
         slots_[static_cast<std::size_t>(slot - slots_.data())].metaclass = &metaclass;
 }
@@ -161,19 +168,17 @@ void GClassRegistry::leave(const GMetaClass& metaclass)
         remove(at);
 }
 
-void GClassRegistry::insert(std::uint64_t key, const GMetaClass& metaclass)
+void GClassRegistry::insert(const GMetaClass& metaclass)
 {
+    const Words words = WordsOf(metaclass.name);
+    const std::uint64_t hash = Hash(words);
     const std::size_t mask = tags_.size() - 1;
-    std::size_t group = static_cast<std::size_t>(key) & mask;
+    std::size_t group = static_cast<std::size_t>(hash) & mask;
     while (zero_bytes(tags_[group]) == 0)
         group = (group + 1) & mask;
     const auto index = static_cast<std::size_t>(std::countr_zero(zero_bytes(tags_[group]))) / 8;
-    tags_[group] |= tag_of(key) << (8 * index);
-    Slot& slot = slots_[kGroupSlots * group + index];
-    slot.key = key;
-    slot.metaclass = &metaclass;
-    const std::string_view name(metaclass.name);
-    std::memcpy(slot.text, name.data(), std::min(name.size(), sizeof slot.text));
+    tags_[group] |= tag_of(hash) << (8 * index);
+    slots_[kGroupSlots * group + index] = {words, &metaclass};
     ++used_;
 }
 
@@ -196,6 +201,6 @@ void GClassRegistry::rebuild(std::size_t group_count)
     used_ = 0;
     for (const Slot& slot : former) {
         if (slot.metaclass != nullptr)
-            insert(slot.key, *slot.metaclass);
+            insert(*slot.metaclass);
     }
 }

@@ -22,30 +22,40 @@ public:
     void enroll(const GMetaClass& metaclass);
     /// Takes it out; the one of the same name behind it answers again.
     void leave(const GMetaClass& metaclass);
-    [[nodiscard]] const GMetaClass* find(const char* name) const;
+    [[nodiscard]] const GMetaClass* find(std::string_view name) const;
     /// The classes by ordinal, null where an ordinal is free.
     [[nodiscard]] std::span<const GMetaClass* const> classes() const { return by_ordinal_; }
-
-    /// 32 bits of hash below 32 bits of length, never 0.
-    [[nodiscard]] static std::uint64_t Key(std::string_view name);
 
 private:
     static constexpr std::size_t kGroupSlots = 8;
 
-    /// One line of the cache: a look-up touches no more when the name is as short as most are.
+    /// The bytes of a name in words that overlap: equal words are equal names when these are no
+    /// longer than kWholeBytes. Of a longer name the middle is a hash of all that lies between.
+    struct Words {
+        std::uint64_t first = 0;
+        std::uint64_t middle = 0;
+        std::uint64_t last = 0;
+        std::uint64_t length = 0;
+
+        bool operator==(const Words&) const = default;
+    };
+    static constexpr std::size_t kWholeBytes = 24;
+
+    /// Within one line of the cache, of which a look-up touches no more.
     struct alignas(64) Slot {
-        std::uint64_t key = 0;
+        Words words;
         const GMetaClass* metaclass = nullptr;
-        char text[48] = {};  ///< The first bytes of the name.
     };
 
-    [[nodiscard]] static bool Holds(const Slot& slot, std::string_view name);
+    [[nodiscard]] static Words WordsOf(std::string_view name);
+    [[nodiscard]] static std::uint64_t Hash(const Words& words);
+    [[nodiscard]] static bool Holds(const Slot& slot, const Words& words, const char* name);
     [[nodiscard]] const Slot* search(std::string_view name) const;
-    void insert(std::uint64_t key, const GMetaClass& metaclass);
+    void insert(const GMetaClass& metaclass);
     void remove(std::size_t at);
     void rebuild(std::size_t group_count);
 
-    /// For each group of 8 slots a byte of each slot's key, 0 for a free one: a group is looked
+    /// For each group of 8 slots a byte of each slot's hash, 0 for a free one: a group is looked
     /// through at once. A search ends at the first group with a free slot.
     std::vector<std::uint64_t> tags_;  ///< A power of two, on average at most half full.
     std::vector<Slot> slots_;

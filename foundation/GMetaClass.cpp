@@ -34,11 +34,6 @@ GMetaClass::~GMetaClass()
     GClassRegistry::Get().leave(*this);
 }
 
-const GMetaClass* GMetaClass::FindByName(const char* name)
-{
-    return GClassRegistry::Get().find(name);
-}
-
 const GMetaClass* GMetaClass::isKindOf(const GMetaClass* other) const
 {
     if (this == other)

@@ -26,6 +26,14 @@ private:
     double scale_ = GSUSInfo::GetInputScale();
 };
 
+/// Apart, so that the base part of most objects is read with few registers to save.
+[[gnu::noinline]] void read_scale(unsigned char kind, ipstream& in)
+{
+    if (kind != kScaleFollows)
+        throw GStreamException("An object's base part is malformed.");
+    GSUSInfo::InputScale(in.readDouble());
+}
+
 }  // namespace
 
 const GMetaClass* GStreamable::getMetaClass() const
@@ -50,13 +58,10 @@ void GStreamable::shut_down() {}
 void GStreamable::read(ipstream& in)
 {
     const unsigned char kind = in.readByte();
-    if (kind == kUnitScale) {
+    if (kind == kUnitScale) [[likely]]
         GSUSInfo::InputScale(1.0);
-        return;
-    }
-    if (kind != kScaleFollows)
-        throw GStreamException("An object's base part is malformed.");
-    GSUSInfo::InputScale(in.readDouble());
+    else
+        read_scale(kind, in);
 }
 
 void GStreamable::write(opstream& out)

@@ -9,6 +9,8 @@ namespace zmr {
 
 void* allocate_block(std::size_t size)
 {
+    if (void* block = std::malloc(size == 0 ? 1 : size)) [[likely]]
+        return block;
     return resize_block(nullptr, size);
 }
 

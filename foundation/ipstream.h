@@ -47,14 +47,7 @@ public:
         return object;
     }
 
-    [[nodiscard]] unsigned char readByte()
-    {
-        if (const unsigned char* bytes = in_->take(1))
-            return *bytes;
-        unsigned char value = 0;
-        read_exactly(&value, 1);
-        return value;
-    }
+    [[nodiscard]] unsigned char readByte() { return read_value<unsigned char>(); }
     [[nodiscard]] unsigned short readWord() { return read_value<std::uint16_t>(); }
     /// 0 to 2^32 - 1; signed values are taken through std::int32_t.
     [[nodiscard]] unsigned long readDWord() { return read_value<std::uint32_t>(); }
@@ -100,11 +93,18 @@ private:
     template <class T>
     [[nodiscard]] T read_value()
     {
+        if (!in_->holds(sizeof(T))) [[unlikely]]
+            return read_beyond_window<T>();
+        T value;
+        std::memcpy(&value, in_->pass(sizeof(T)), sizeof(T));
+        return value;
+    }
+    /// Apart, so that the value above needs no place in memory.
+    template <class T>
+    [[nodiscard, gnu::noinline]] T read_beyond_window()
+    {
         T value = 0;
-        if (const unsigned char* bytes = in_->take(sizeof(T)))
-            std::memcpy(&value, bytes, sizeof(T));
-        else
-            read_exactly(&value, sizeof(T));
+        read_exactly(&value, sizeof(T));
         return value;
     }
     template <class T>
@@ -119,6 +119,9 @@ private:
 
     struct Graph;
     [[nodiscard]] Graph& graph();
+    void* read_pointer_beyond_window(const type_info& type);
+    void* read_tagged(unsigned char tag, const type_info& type);
+    void* read_object_of_class(unsigned char tag, const type_info& type);
     std::uint32_t read_class(unsigned char tag);
     void* read_object(std::uint32_t class_number, const type_info& type);
     void* read_reference(const type_info& type);

@@ -1,3 +1,4 @@
+#include "foundation/BlockList.h"
 #include "foundation/GException.h"
 #include "foundation/GString.h"
 #include "foundation/StreamFormat.h"
@@ -9,16 +10,15 @@
 namespace {
 
 constexpr std::uint32_t kNobody = 0xFFFFFFFF;
+constexpr std::ptrdiff_t kNotYet = -1;  ///< No sub-object lies there.
 
-/// A class met in the data, and where the sub-objects lie in its instances: equal for all of them,
-/// so that most objects need no cast.
+/// A class met in the data, and where the sub-objects lie in its instances, from the root
+/// sub-object: equal for all of them, so that most objects need no cast.
 struct MetClass {
     GMetaClass::Builder builder = nullptr;
-    const type_info* asked = nullptr;  ///< The class last asked for, and its answer:
-    std::ptrdiff_t asked_offset = 0;   ///< from the root sub-object, when `asked_fits`.
-    std::ptrdiff_t streamable_offset = 0;
-    bool asked_fits = false;
-    bool streamable_known = false;
+    std::ptrdiff_t streamable_offset = kNotYet;
+    const type_info* asked = nullptr;  ///< The class last asked for that the instances are of,
+    std::ptrdiff_t asked_offset = 0;   ///< and where it lies.
 };
 
 /// An object met in the data, by its number.
@@ -46,6 +46,11 @@ template <class T>
     return reinterpret_cast<T*>(reinterpret_cast<char*>(root) + offset);
 }
 
+[[noreturn, gnu::noinline]] void refuse(const char* why)
+{
+    throw GStreamException(why);
+}
+
 [[nodiscard]] std::ptrdiff_t offset_of(GRTTIObject* root, const void* part)
 {
     return static_cast<const char*>(part) - reinterpret_cast<const char*>(root);
@@ -53,30 +58,38 @@ template <class T>
 
 }  // namespace
 
-// The functions on the way of every object are inline here: as members of an exported class they
-// would be called through the table by which other modules could replace them.
+// Every object passes here: what is seldom is in functions of its own, so that the others save few
+// registers. They are inline, because as members of an exported class they would be called through
+// the table by which other modules could replace them.
 
 struct ipstream::Graph {
-    std::vector<MetClass> classes;
-    std::vector<MetObject> objects;
+    zmr::BlockList<MetClass, 32> classes;
+    zmr::BlockList<MetObject, 256> objects;
     std::vector<std::uint32_t> claims;  ///< Made inside objects that are being read, in order.
     std::vector<Reference> references;  ///< The same for pointers handed out.
     std::uint32_t current = kNobody;    ///< The innermost object that is being read.
     std::uint32_t last = kNobody;       ///< What the last readPointer gave.
+    std::uint32_t tagged_classes = 0;   ///< How many of `classes` have a tag of their own.
     int depth = 0;
 
+    static void* cast(MetClass& known, GRTTIObject* root, const type_info& type);
+    static GStreamable* streamable(MetClass& known, GRTTIObject* root);
+    void* hand_out(std::uint32_t number, void* part);
+    void add_claim(const MetObject& claimed);
+    void forget_order();
+    bool give_up(std::uint32_t number);
+
+private:
     /// How long the two lists were when the reading of an object began.
     struct Mark {
         std::size_t claims;
         std::size_t references;
     };
 
-    void* cast(std::uint32_t number, const type_info& type);
-    GStreamable* streamable(std::uint32_t number);
-    void* hand_out(std::uint32_t number, void* part);
-    bool give_up(std::uint32_t number, Mark mark);
-
-private:
+    static void* ask(MetClass& known, GRTTIObject* root, const type_info& type);
+    static void locate_streamable(MetClass& known, GRTTIObject* root);
+    void add_reference(Reference reference);
+    Mark mark_of(std::uint32_t number) const;
     bool doom(std::uint32_t number, Mark mark);
     bool is_held_by_survivor(Mark mark) const;
     void pardon(std::uint32_t number, Mark mark);
@@ -84,29 +97,34 @@ private:
 };
 
 /// The object as the asked class, or null. Its class has given the same answer before, mostly.
-inline void* ipstream::Graph::cast(std::uint32_t number, const type_info& type)
+inline void* ipstream::Graph::cast(MetClass& known, GRTTIObject* root, const type_info& type)
 {
-    const MetObject& object = objects[number];
-    MetClass& known = classes[object.class_number];
-    if (known.asked != &type) {
-        const void* part = object.root->cast_to_(type);
-        known.asked = &type;
-        known.asked_fits = part != nullptr;
-        known.asked_offset = part == nullptr ? 0 : offset_of(object.root, part);
-    }
-    return known.asked_fits ? at_offset<void>(object.root, known.asked_offset) : nullptr;
+    if (known.asked == &type) [[likely]]
+        return at_offset<void>(root, known.asked_offset);
+    return ask(known, root, type);
 }
 
-inline GStreamable* ipstream::Graph::streamable(std::uint32_t number)
+[[gnu::noinline]] void* ipstream::Graph::ask(MetClass& known, GRTTIObject* root,
+                                             const type_info& type)
 {
-    const MetObject& object = objects[number];
-    MetClass& known = classes[object.class_number];
-    if (!known.streamable_known) {
-        known.streamable_offset =
-            offset_of(object.root, object.root->cast_to_(GStreamable::gTypeInfo_));
-        known.streamable_known = true;
+    void* part = root->cast_to_(type);
+    if (part != nullptr) {
+        known.asked = &type;
+        known.asked_offset = offset_of(root, part);
     }
-    return at_offset<GStreamable>(object.root, known.streamable_offset);
+    return part;
+}
+
+inline GStreamable* ipstream::Graph::streamable(MetClass& known, GRTTIObject* root)
+{
+    if (known.streamable_offset == kNotYet) [[unlikely]]
+        locate_streamable(known, root);
+    return at_offset<GStreamable>(root, known.streamable_offset);
+}
+
+[[gnu::noinline]] void ipstream::Graph::locate_streamable(MetClass& known, GRTTIObject* root)
+{
+    known.streamable_offset = offset_of(root, root->cast_to_(GStreamable::gTypeInfo_));
 }
 
 /// Notes that the object that is being read has got the pointer, which may be null.
@@ -114,14 +132,38 @@ inline void* ipstream::Graph::hand_out(std::uint32_t number, void* part)
 {
     last = part == nullptr ? kNobody : number;
     if (part != nullptr && current != kNobody)
-        references.push_back({current, number});
+        add_reference({current, number});
     return part;
+}
+
+[[gnu::noinline]] void ipstream::Graph::add_reference(Reference reference)
+{
+    references.push_back(reference);
+}
+
+/// For when no object is being read any more: the two lists are of use only within one.
+inline void ipstream::Graph::forget_order()
+{
+    claims.clear();
+    references.clear();
+}
+
+/// Notes the claim on the last object by the one that is being read.
+[[gnu::noinline]] void ipstream::Graph::add_claim(const MetObject& claimed)
+{
+    MetObject& owner = objects[current];
+    const int height = std::max(int{owner.height}, claimed.height + 1);
+    if (height > kMaxDepth)
+        refuse("The objects in a stream are nested too deeply.");
+    owner.height = static_cast<std::uint16_t>(height & 0xFFF);
+    claims.push_back(last);
 }
 
 /// True when the object can be destroyed with all that it owns: then none of these is given out any
 /// more. False when that would leave a dangling pointer in an object that lives on.
-bool ipstream::Graph::give_up(std::uint32_t number, Mark mark)
+bool ipstream::Graph::give_up(std::uint32_t number)
 {
+    const Mark mark = mark_of(number);
     const bool all_within = doom(number, mark);
     if (!all_within || is_held_by_survivor(mark)) {
         pardon(number, mark);
@@ -129,6 +171,20 @@ bool ipstream::Graph::give_up(std::uint32_t number, Mark mark)
     }
     bury(number, mark);
     return true;
+}
+
+/// Everything in the two lists since then is by this object or by one within it, which have higher
+/// numbers than those before.
+ipstream::Graph::Mark ipstream::Graph::mark_of(std::uint32_t number) const
+{
+    const auto claimed_before = [&](std::uint32_t claimed) {
+        return objects[claimed].owner < number;
+    };
+    const auto given_before = [&](const Reference& reference) { return reference.from < number; };
+    const auto claim = std::partition_point(claims.begin(), claims.end(), claimed_before);
+    const auto reference = std::partition_point(references.begin(), references.end(), given_before);
+    return {static_cast<std::size_t>(claim - claims.begin()),
+            static_cast<std::size_t>(reference - references.begin())};
 }
 
 /// Marks the object and what it owns, through any owner. False when an object is among them that
@@ -201,30 +257,52 @@ ipstream::Graph& ipstream::graph()
 
 void* ipstream::readPointer(const type_info& type)
 {
+    if (in_->holds(1)) [[likely]]
+        return read_tagged(*in_->pass(1), type);
+    return read_pointer_beyond_window(type);
+}
+
+[[gnu::noinline]] void* ipstream::read_pointer_beyond_window(const type_info& type)
+{
     const unsigned char tag = readByte();
-    if (tag == zmr::kNullPointer) {
-        if (graph_ != nullptr)
-            graph_->last = kNobody;
-        return nullptr;
-    }
+    return read_tagged(tag, type);
+}
+
+/// What follows a pointer's first byte. Most are new objects of a class that was met before.
+inline void* ipstream::read_tagged(unsigned char tag, const type_info& type)
+{
+    Graph* met = graph_.get();
+    const std::uint32_t class_number = std::uint32_t{tag} - zmr::kFirstClassTag;
+    if (met != nullptr && class_number < met->tagged_classes) [[likely]]
+        return read_object(class_number, type);
     if (tag == zmr::kKnownObject)
         return read_reference(type);
+    if (tag != zmr::kNullPointer)
+        return read_object_of_class(tag, type);
+    if (met != nullptr)
+        met->last = kNobody;
+    return nullptr;
+}
+
+[[gnu::noinline]] void* ipstream::read_object_of_class(unsigned char tag, const type_info& type)
+{
     return read_object(read_class(tag), type);
 }
 
-inline void* ipstream::read_reference(const type_info& type)
+void* ipstream::read_reference(const type_info& type)
 {
     Graph& met = graph();
     const std::uint32_t number = read_value<std::uint32_t>();
     if (number >= met.objects.size())
-        throw GStreamException("A stream refers to an object that it does not hold.");
-    if (met.objects[number].root == nullptr)
+        refuse("A stream refers to an object that it does not hold.");
+    const MetObject& object = met.objects[number];
+    if (object.root == nullptr)
         return met.hand_out(number, nullptr);
-    return met.hand_out(number, met.cast(number, type));
+    return met.hand_out(number, Graph::cast(met.classes[object.class_number], object.root, type));
 }
 
 /// The number in this stream of the class of a new object.
-inline std::uint32_t ipstream::read_class(unsigned char tag)
+std::uint32_t ipstream::read_class(unsigned char tag)
 {
     Graph& met = graph();
     if (tag != zmr::kNewClass) {
@@ -232,34 +310,38 @@ inline std::uint32_t ipstream::read_class(unsigned char tag)
                                          ? read_value<std::uint16_t>()
                                          : std::uint32_t{tag} - zmr::kFirstClassTag;
         if (number >= met.classes.size())
-            throw GStreamException("A stream refers to a class that it does not name.");
+            refuse("A stream refers to a class that it does not name.");
         return number;
     }
     GString name;
     read_text(name);
     if (name.length() > zmr::kMaxClassNameBytes || met.classes.size() >= zmr::kMaxClasses)
-        throw GStreamException("A stream names too many classes, or one by too long a name.");
+        refuse("A stream names too many classes, or one by too long a name.");
     const GMetaClass* metaclass =
         name.view().find('\0') == std::string_view::npos ? find_class(name.text) : nullptr;
     if (metaclass == nullptr || metaclass->getBuilder() == nullptr ||
         metaclass->isKindOf(&GStreamable::metaclass_) == nullptr)
         throw UnknownStreamableType_Exception(name.text);
     met.classes.push_back({.builder = metaclass->getBuilder()});
-    return static_cast<std::uint32_t>(met.classes.size() - 1);
+    const auto count = static_cast<std::uint32_t>(met.classes.size());
+    met.tagged_classes = std::min(count, zmr::kClassesInTag);
+    return count - 1;
 }
 
-inline void* ipstream::read_object(std::uint32_t class_number, const type_info& type)
+void* ipstream::read_object(std::uint32_t class_number, const type_info& type)
 {
     Graph& met = *graph_;
     if (met.depth >= kMaxDepth)
-        throw GStreamException("The objects in a stream are nested too deeply.");
+        refuse("The objects in a stream are nested too deeply.");
     const auto number = static_cast<std::uint32_t>(met.objects.size());
-    met.objects.push_back({.class_number = static_cast<std::uint16_t>(class_number)});
-    met.objects.back().root = met.classes[class_number].builder();
-    GStreamable* object = met.streamable(number);
+    MetObject& entry =
+        met.objects.push_back({.class_number = static_cast<std::uint16_t>(class_number)});
+    MetClass& known = met.classes[class_number];
+    GRTTIObject* root = known.builder();
+    entry.root = root;
+    GStreamable* object = Graph::streamable(known, root);
 
     const std::uint32_t outer = met.current;
-    const Graph::Mark mark = {met.claims.size(), met.references.size()};
     met.current = number;
     ++met.depth;
     try {
@@ -268,23 +350,21 @@ inline void* ipstream::read_object(std::uint32_t class_number, const type_info& 
         --met.depth;
         met.current = outer;
         met.last = kNobody;
-        if (met.give_up(number, mark))
+        if (met.give_up(number))
             GStreamable::Destroy(object);
         else
-            met.objects[number].root = nullptr;
+            entry.root = nullptr;
         throw;
     }
     --met.depth;
     met.current = outer;
-    met.objects[number].reading = 0;
+    entry.reading = 0;
 
-    void* part = met.cast(number, type);
-    if (part == nullptr && met.give_up(number, mark))
+    void* part = Graph::cast(known, root, type);
+    if (part == nullptr && met.give_up(number))
         GStreamable::Destroy(object);
-    if (met.depth == 0) {
-        met.claims.clear();
-        met.references.clear();
-    }
+    if (outer == kNobody)
+        met.forget_order();
     return met.hand_out(number, part);
 }
 
@@ -295,15 +375,9 @@ void ipstream::claim()
     Graph& met = *graph_;
     MetObject& object = met.objects[met.last];
     if (object.reading != 0 || object.owned != 0)
-        throw GStreamException("A stream gives one object to two owners.");
-    if (met.current != kNobody) {
-        MetObject& owner = met.objects[met.current];
-        const int height = std::max(int{owner.height}, object.height + 1);
-        if (height > kMaxDepth)
-            throw GStreamException("The objects in a stream are nested too deeply.");
-        owner.height = static_cast<std::uint16_t>(height & 0xFFF);
-        met.claims.push_back(met.last);
-    }
+        refuse("A stream gives one object to two owners.");
+    if (met.current != kNobody)
+        met.add_claim(object);
     object.owned = 1;
     object.owner = met.current;
 }

@@ -15,13 +15,7 @@ public:
     /// The same. With `only_known` an object that was not written before is written as null.
     void writeStreamablePointer(GStreamable* object, bool only_known);
 
-    void writeByte(unsigned char value)
-    {
-        if (unsigned char* bytes = out_->room(1))
-            *bytes = value;
-        else
-            write_exactly(&value, 1);
-    }
+    void writeByte(unsigned char value) { write_value(value); }
     void writeWord(unsigned short value) { write_value<std::uint16_t>(value); }
     /// The low 32 bits.
     void writeDWord(unsigned long value) { write_value(static_cast<std::uint32_t>(value)); }
@@ -54,10 +48,16 @@ private:
     template <class T>
     void write_value(T value)
     {
-        if (unsigned char* bytes = out_->room(sizeof(T)))
-            std::memcpy(bytes, &value, sizeof(T));
+        if (out_->has_room(sizeof(T))) [[likely]]
+            std::memcpy(out_->fill(sizeof(T)), &value, sizeof(T));
         else
-            write_exactly(&value, sizeof(T));
+            write_beyond_window(value);
+    }
+    /// Apart, so that the value above needs no place in memory.
+    template <class T>
+    [[gnu::noinline]] void write_beyond_window(T value)
+    {
+        write_exactly(&value, sizeof(T));
     }
     template <class T>
     opstream& write_from(T value)

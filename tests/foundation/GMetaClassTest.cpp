@@ -64,6 +64,24 @@ TEST(GMetaClass, FindByName_NamesOfEveryLength_AreToldApart)
         EXPECT_EQ(GMetaClass::FindByName(names[index].c_str()), classes[index].get());
 }
 
+TEST(GMetaClass, FindByName_LongNamesThatDifferInOneByte_AreToldApart)
+{
+    std::vector<std::string> names;
+    for (const std::size_t length : {24u, 25u, 26u, 31u, 33u, 60u, 200u}) {
+        names.emplace_back(length, '-');
+        for (std::size_t at = 0; at < length; ++at) {
+            names.emplace_back(length, '-');
+            names.back()[at] = '+';
+        }
+    }
+    std::vector<std::unique_ptr<GMetaClass>> classes;
+    for (const std::string& name : names)
+        classes.push_back(late_class(name.c_str()));
+
+    for (std::size_t index = 0; index < names.size(); ++index)
+        EXPECT_EQ(GMetaClass::FindByName(names[index].c_str()), classes[index].get());
+}
+
 TEST(GMetaClass, Unregister_ManyInAnyOrder_TheOthersStayFindable)
 {
     std::vector<std::string> names;
