@@ -6,6 +6,7 @@
 #include <commctrl.h>
 
 #include <exception>
+#include <memory>
 
 class CDC;
 class CGdiObject;
@@ -15,6 +16,8 @@ class CWinThread;
 class CWnd;
 
 namespace zmr {
+
+struct ToolTips;
 
 /// What the platform keeps for each thread that it runs in. Made at the thread's first use of it,
 /// freed at its end.
@@ -48,6 +51,8 @@ public:
 
     HMENU tracked_menu = nullptr;  ///< The menu of the popup that is being tracked.
     HWND tracking_window = nullptr;
+
+    std::shared_ptr<ToolTips> tool_tips;  ///< Null until a window of the thread needs tips.
 
     /// What a callback of the system threw, until a frame of our own can throw it on.
     std::exception_ptr pending;
