@@ -2,11 +2,13 @@
 
 #include "platform/AfxResources.h"
 #include "platform/AfxState.h"
+#include "platform/ByteText.h"
 #include "platform/CBitmap.h"
 #include "platform/CWnd.h"
 #include "platform/HandlesUser.h"
 #include "platform/ThreadState.h"
 
+#include <string_view>
 #include <utility>
 
 IMPLEMENT_DYNCREATE(CMenu, CObject)
@@ -163,6 +165,16 @@ int CMenu::GetMenuString(UINT which, CString& text, UINT flags) const
     ::GetMenuString(m_hMenu, which, text.GetBufferSetLength(length), length + 1, flags);
     text.ReleaseBuffer();
     return text.GetLength();
+}
+
+int CMenu::GetMenuString(UINT which, LPSTR text, int size, UINT flags) const
+{
+    CString whole;
+    const int length = GetMenuString(which, whole, flags);
+    if (text == nullptr || size <= 0)
+        return length;
+    const std::string_view bytes(whole, static_cast<std::size_t>(length));
+    return static_cast<int>(zmr::copy_cut(text, static_cast<std::size_t>(size), bytes));
 }
 
 BOOL CMenu::GetMenuItemInfo(UINT which, LPMENUITEMINFO info, BOOL by_position) const

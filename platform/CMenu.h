@@ -111,10 +111,9 @@ public:
     {
         return ::GetMenuState(m_hMenu, which, flags);
     }
-    int GetMenuString(UINT which, LPSTR text, int size, UINT flags) const
-    {
-        return ::GetMenuString(m_hMenu, which, text, size, flags);
-    }
+    /// Writes as many whole characters as fit with the closing zero; their number of bytes. Without
+    /// a buffer the length of the text.
+    int GetMenuString(UINT which, LPSTR text, int size, UINT flags) const;
     /// The length of the text.
     int GetMenuString(UINT which, CString& text, UINT flags) const;
     /// `info->cbSize` is set here.

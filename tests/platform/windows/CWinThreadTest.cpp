@@ -154,7 +154,7 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(UpdatedWindow, CWnd)
-ON_MESSAGE(WM_IDLEUPDATECMDUI, &UpdatedWindow::OnIdleUpdate)
+    ON_MESSAGE(WM_IDLEUPDATECMDUI, &UpdatedWindow::OnIdleUpdate)
 END_MESSAGE_MAP()
 
 }  // namespace

@@ -49,9 +49,9 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(Base, CWnd)
-ON_MESSAGE(kOwn, &Base::OnOwn)
-ON_COMMAND(kCommand, &Base::OnCommandOfBase)
-ON_WM_SIZE()
+    ON_MESSAGE(kOwn, &Base::OnOwn)
+    ON_COMMAND(kCommand, &Base::OnCommandOfBase)
+    ON_WM_SIZE()
 END_MESSAGE_MAP()
 
 class Heir : public Base {
@@ -101,17 +101,17 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(Heir, Base)
-ON_COMMAND(kCommand, &Heir::OnCommandOfHeir)
-ON_COMMAND(kDisabled, &Heir::OnDisabled)
-ON_UPDATE_COMMAND_UI(kDisabled, &Heir::OnUpdateDisabled)
-ON_COMMAND_EX(kPassedOn, &Heir::OnPassedOn)
-ON_COMMAND_RANGE(kFirst, kLast, &Heir::OnRange)
-ON_REGISTERED_MESSAGE(registered_message, &Heir::OnRegistered)
-ON_EN_CHANGE(kEditId, &Heir::OnEditChange)
-ON_NOTIFY(LVN_ITEMCHANGED, kListId, &Heir::OnListItemChanged)
-ON_NOTIFY_EX_RANGE(TTN_NEEDTEXTA, 0, 0xFFFF, &Heir::OnAnyNotify)
-ON_WM_MOUSEMOVE()
-ON_WM_MOUSEWHEEL()
+    ON_COMMAND(kCommand, &Heir::OnCommandOfHeir)
+    ON_COMMAND(kDisabled, &Heir::OnDisabled)
+    ON_UPDATE_COMMAND_UI(kDisabled, &Heir::OnUpdateDisabled)
+    ON_COMMAND_EX(kPassedOn, &Heir::OnPassedOn)
+    ON_COMMAND_RANGE(kFirst, kLast, &Heir::OnRange)
+    ON_REGISTERED_MESSAGE(registered_message, &Heir::OnRegistered)
+    ON_EN_CHANGE(kEditId, &Heir::OnEditChange)
+    ON_NOTIFY(LVN_ITEMCHANGED, kListId, &Heir::OnListItemChanged)
+    ON_NOTIFY_EX_RANGE(TTN_NEEDTEXTA, 0, 0xFFFF, &Heir::OnAnyNotify)
+    ON_WM_MOUSEMOVE()
+    ON_WM_MOUSEWHEEL()
 END_MESSAGE_MAP()
 
 /// An edit field that is asked about its own notifications first.
@@ -137,8 +137,8 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(ReflectingEdit, CWnd)
-ON_CONTROL_REFLECT_EX(EN_CHANGE, &ReflectingEdit::OnChangeReflected)
-ON_WM_CTLCOLOR_REFLECT()
+    ON_CONTROL_REFLECT_EX(EN_CHANGE, &ReflectingEdit::OnChangeReflected)
+    ON_WM_CTLCOLOR_REFLECT()
 END_MESSAGE_MAP()
 
 class ReflectingList : public CWnd {
@@ -157,7 +157,7 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(ReflectingList, CWnd)
-ON_NOTIFY_REFLECT_EX(LVN_ITEMCHANGED, &ReflectingList::OnItemChanged)
+    ON_NOTIFY_REFLECT_EX(LVN_ITEMCHANGED, &ReflectingList::OnItemChanged)
 END_MESSAGE_MAP()
 
 class CWndMessages : public testing::Test {

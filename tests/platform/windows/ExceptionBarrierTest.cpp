@@ -90,13 +90,13 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(ThrowingWindow, CWnd)
-ON_MESSAGE(kThrow, &ThrowingWindow::OnThrow)
-ON_WM_CREATE()
-ON_WM_NCCREATE()
-ON_WM_DESTROY()
-ON_WM_TIMER()
-ON_WM_PAINT()
-ON_NOTIFY(TVN_SELCHANGED, kTreeId, &ThrowingWindow::OnItemInserted)
+    ON_MESSAGE(kThrow, &ThrowingWindow::OnThrow)
+    ON_WM_CREATE()
+    ON_WM_NCCREATE()
+    ON_WM_DESTROY()
+    ON_WM_TIMER()
+    ON_WM_PAINT()
+    ON_NOTIFY(TVN_SELCHANGED, kTreeId, &ThrowingWindow::OnItemInserted)
 END_MESSAGE_MAP()
 
 /// The text of the std::runtime_error that `body` lets out; empty when it lets out none.
