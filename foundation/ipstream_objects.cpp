@@ -75,7 +75,7 @@ struct ipstream::Graph {
     static void* cast(MetClass& known, GRTTIObject* root, const type_info& type);
     static GStreamable* streamable(MetClass& known, GRTTIObject* root);
     void* hand_out(std::uint32_t number, void* part);
-    void add_claim(const MetObject& claimed);
+    void claim_within(MetObject& claimed);
     void forget_order();
     bool give_up(std::uint32_t number);
 
@@ -148,15 +148,17 @@ inline void ipstream::Graph::forget_order()
     references.clear();
 }
 
-/// Notes the claim on the last object by the one that is being read.
-[[gnu::noinline]] void ipstream::Graph::add_claim(const MetObject& claimed)
+/// Makes the object that is being read the owner of the last one.
+[[gnu::noinline]] void ipstream::Graph::claim_within(MetObject& claimed)
 {
     MetObject& owner = objects[current];
     const int height = std::max(int{owner.height}, claimed.height + 1);
     if (height > kMaxDepth)
         refuse("The objects in a stream are nested too deeply.");
-    owner.height = static_cast<std::uint16_t>(height & 0xFFF);
     claims.push_back(last);
+    owner.height = static_cast<std::uint16_t>(height & 0xFFF);
+    claimed.owner = current;
+    claimed.owned = 1;
 }
 
 /// True when the object can be destroyed with all that it owns: then none of these is given out any
@@ -370,14 +372,14 @@ void* ipstream::read_object(std::uint32_t class_number, const type_info& type)
 
 void ipstream::claim()
 {
-    if (graph_ == nullptr || graph_->last == kNobody)
+    Graph* met = graph_.get();
+    if (met == nullptr || met->last == kNobody)
         return;
-    Graph& met = *graph_;
-    MetObject& object = met.objects[met.last];
+    MetObject& object = met->objects[met->last];
     if (object.reading != 0 || object.owned != 0)
         refuse("A stream gives one object to two owners.");
-    if (met.current != kNobody)
-        met.add_claim(object);
-    object.owned = 1;
-    object.owner = met.current;
+    if (met->current != kNobody)
+        met->claim_within(object);
+    else
+        object.owned = 1;
 }
