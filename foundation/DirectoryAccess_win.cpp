@@ -8,11 +8,6 @@
 namespace zmr {
 namespace {
 
-struct CloseFind {
-    static void close(HANDLE handle) noexcept { ::FindClose(handle); }
-};
-using OwnedFind = Owned<HANDLE, CloseFind>;
-
 PathKind kind_of(DWORD attributes)
 {
     if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
