@@ -16,6 +16,7 @@ namespace {
 constexpr std::size_t kProgressColumns = 72;
 
 bool output_failed = false;
+bool progress_is_drawn = false;
 
 long long now_ms()
 {
@@ -33,10 +34,19 @@ bool is_second_control(std::string_view text, std::size_t i)
     return next >= 0x80 && next < 0xa0;
 }
 
+// Takes the line of progress away, so that nothing is printed behind it.
+void wipe_progress()
+{
+    if (progress_is_drawn)
+        static_cast<void>(std::fputs("\r\x1b[K", stderr));
+    progress_is_drawn = false;
+}
+
 }  // namespace
 
 void print(std::string_view text)
 {
+    wipe_progress();
     if (!text.empty() && std::fwrite(text.data(), 1, text.size(), stdout) != text.size())
         output_failed = true;
 }
@@ -44,6 +54,7 @@ void print(std::string_view text)
 void complain(std::string_view text)
 {
     static_cast<void>(std::fflush(stdout));
+    wipe_progress();
     const std::string line = fmt::format("odb: {}\n", printable(text));
     static_cast<void>(std::fwrite(line.data(), 1, line.size(), stderr));  // nowhere to tell it
 }
@@ -112,8 +123,7 @@ Progress::Progress(std::string_view what) : what_(what), on_(terminal::error_is_
 
 Progress::~Progress()
 {
-    if (drawn_)
-        static_cast<void>(std::fputs("\r\x1b[K", stderr));
+    wipe_progress();
 }
 
 void Progress::show(std::string_view detail)
@@ -121,10 +131,11 @@ void Progress::show(std::string_view detail)
     if (!on_)
         return;
     const long long now = now_ms();
-    if (drawn_ && now - last_ms_ < 100)
+    if (shown_ && now - last_ms_ < 100)
         return;
     last_ms_ = now;
-    drawn_ = true;
+    shown_ = true;
+    progress_is_drawn = true;
     std::string line = printable(fmt::format("{} {}", what_, detail));
     if (columns_of(line) > kProgressColumns) {
         std::size_t size = std::min(line.size(), kProgressColumns);

@@ -38,7 +38,8 @@ private:
     bool first_ = true;
 };
 
-/// Shows how far long work has come, on the standard error, when that is a terminal; else nothing.
+/// Shows how far long work has come, on a line of the standard error, when that is a terminal; else
+/// nothing. What is printed meanwhile takes the place of the line.
 class Progress {
 public:
     explicit Progress(std::string_view what);
@@ -52,7 +53,7 @@ public:
 private:
     std::string what_;
     bool on_;
-    bool drawn_ = false;
+    bool shown_ = false;
     long long last_ms_ = 0;
 };
 
