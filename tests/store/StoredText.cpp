@@ -5,7 +5,7 @@
 
 G_DEFINE_CLASS(StoredText, GStreamable);
 
-int StoredText::alive = 0;
+std::atomic<int> StoredText::alive = 0;
 
 void StoredText::read(ipstream& in)
 {

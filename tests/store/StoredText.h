@@ -3,6 +3,7 @@
 #include "foundation/GStreamable.h"
 #include "foundation/GString.h"
 
+#include <atomic>
 #include <string>
 
 /// An object to put into resource files: a text.
@@ -17,6 +18,6 @@ public:
     void read(ipstream& in) override;
     void write(opstream& out) override;
 
-    static int alive;
+    static std::atomic<int> alive;
     GString text;
 };

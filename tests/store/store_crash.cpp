@@ -1,6 +1,6 @@
 // store_crash NAME KILLS [SEED]: kills a process that writes the library NAME that many times and
 // says what was lost. The unit tests do the same with few kills.
-#include "KillRun_posix.h"
+#include "KillRun.h"
 
 #include <cstdlib>
 #include <iostream>

@@ -3,12 +3,37 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <random>
 
 namespace {
 
 std::filesystem::path to_path(const std::string& name)
 {
     return {std::u8string(name.begin(), name.end())};
+}
+
+// Of a BMP of `size` by `size` pixels, 24 bits each.
+std::string bmp_header(std::uint16_t size)
+{
+    std::string bytes = "BM";
+    const auto append = [&bytes](std::uint32_t number, int count) {
+        for (int i = 0; i < count; ++i)
+            bytes += static_cast<char>(number >> (8 * i));
+    };
+    constexpr std::uint32_t kHeader = 54;
+    const std::uint32_t rows = (size * 3u + 3) / 4 * 4 * size;
+    append(kHeader + rows, 4);
+    append(0, 4);
+    append(kHeader, 4);
+    append(40, 4);  // of the second header
+    append(size, 4);
+    append(size, 4);
+    append(1, 2);   // plane
+    append(24, 2);  // bits for each pixel
+    append(0, 4);   // not compressed
+    append(rows, 4);
+    bytes.append(16, '\0');
+    return bytes;
 }
 
 }  // namespace
@@ -39,11 +64,18 @@ bool ToolTest::exists(const std::string& name) const
 
 void ToolTest::write_picture(const std::string& name) const
 {
-    // A BMP of 24 bits a pixel.
-    std::string bytes(
-        "BM\x46\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x02\0\0\0\x02\0\0\0\x01\0\x18\0\0\0\0\0", 34);
-    bytes.append(20, '\0');
-    bytes.append("\x10\x20\x30\x40\x50\x60\0\0\x70\x01\x02\x03\x04\x05\0\0", 16);
+    write(name, bmp_header(2) + std::string("\x10\x20\x30\x40\x50\x60\0\0"
+                                            "\x70\x01\x02\x03\x04\x05\0\0",
+                                            16));
+}
+
+void ToolTest::write_noise_picture(const std::string& name, std::uint16_t size) const
+{
+    const std::size_t row = (size * std::size_t{3} + 3) / 4 * 4;
+    std::string bytes = bmp_header(size);
+    std::minstd_rand random(1);
+    for (std::size_t left = row * size; left > 0; --left)
+        bytes += static_cast<char>(random() >> 8);
     write(name, bytes);
 }
 

@@ -26,6 +26,8 @@ protected:
     [[nodiscard]] bool exists(const std::string& name) const;
     /// Writes a picture of 2 by 2 pixels.
     void write_picture(const std::string& name) const;
+    /// Writes a picture of `size` by `size` pixels that does not compress.
+    void write_noise_picture(const std::string& name, std::uint16_t size) const;
     void make_folder(const std::string& name) const;
     /// The library with badge.png, ring.obj in "models" and a picture in "a/b".
     void make_library() const;
