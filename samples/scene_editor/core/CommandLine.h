@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace editor {
+
+/// The first word of a program's command line, which does not hold the program's own name: up to a
+/// blank, or between quotation marks. Empty when there is none.
+[[nodiscard]] std::string first_word(std::string_view command_line);
+/// The last part of a file's name, behind the last slash of either kind.
+[[nodiscard]] std::string_view file_part(std::string_view file);
+
+}  // namespace editor

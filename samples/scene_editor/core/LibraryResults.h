@@ -1,0 +1,92 @@
+#pragma once
+
+#include "graphics/PixelMap.h"
+#include "scene_editor/core/EntryRows.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace editor {
+
+/// A directory of a library: the names of its levels, the root being the empty list.
+using DirectoryPath = std::vector<std::string>;
+/// A number that tells one listing of a directory from those before it.
+using ListingId = std::uint64_t;
+
+/// A library is open, in place of the one before.
+struct LibraryOpened {
+    std::string file;
+    bool is_writable = false;
+    std::string note;  ///< Why it can only be read, as a sentence; empty where nobody need know.
+};
+
+/// A library could not be opened; none is open now.
+struct LibraryRefused {
+    std::string file;
+    std::string reason;  ///< A sentence that names the file.
+};
+
+struct Subdirectory {
+    std::string name;
+    bool has_subdirectories = false;
+};
+/// What lies directly below a directory, in the order of the tree.
+struct DirectoriesListed {
+    DirectoryPath path;
+    std::vector<Subdirectory> directories;
+};
+
+/// The next rows of a listing. Row n of them all has the id n.
+struct RowsListed {
+    ListingId listing = 0;
+    RowBatch rows;
+    bool is_last = false;
+    std::string damage;  ///< What the file lost that was met on the way, as a sentence; or empty.
+};
+
+/// The icon of a row, fitted to the size that was asked for; null when it has none.
+struct IconLoaded {
+    ListingId listing = 0;
+    EntryRows::Id row = 0;
+    std::unique_ptr<PixelMap> icon;
+};
+
+/// A picture of an entry.
+struct PreviewLoaded {
+    DirectoryPath path;
+    std::string name;
+    std::string class_name;
+    std::unique_ptr<PixelMap> picture;  ///< Null when nothing can be shown.
+    std::string caption;                ///< Its size, or why there is no picture.
+};
+
+struct EntryRenamed {
+    ListingId listing = 0;
+    EntryRows::Id row = 0;
+    std::string name;
+};
+
+struct EntriesRemoved {
+    ListingId listing = 0;
+    std::vector<EntryRows::Id> rows;
+};
+
+/// A change that was asked for and not made.
+struct ChangeRefused {
+    std::string reason;  ///< A sentence for the user.
+};
+
+using LibraryResult =
+    std::variant<LibraryOpened, LibraryRefused, DirectoriesListed, RowsListed, IconLoaded,
+                 PreviewLoaded, EntryRenamed, EntriesRemoved, ChangeRefused>;
+
+/// An entry of a listing.
+struct ListedEntry {
+    EntryRows::Id row = 0;
+    std::string name;
+};
+
+}  // namespace editor

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "scene_editor/core/LibraryResults.h"
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+namespace editor {
+
+class LibrarySession;
+
+/// Works on a library in a thread of its own, which alone has the library. Requests return at once;
+/// results wait in a queue. Changes are made in the order in which they were asked for; a listing
+/// under way lets other work between its batches.
+class LibraryWorker {
+public:
+    /// `results_wait` is called in the worker's thread when results come to an empty queue.
+    explicit LibraryWorker(std::function<void()> results_wait);
+    /// Ends what is under way, closes the library and waits for the thread.
+    ~LibraryWorker();
+    LibraryWorker(const LibraryWorker&) = delete;
+    LibraryWorker& operator=(const LibraryWorker&) = delete;
+
+    /// Opens a library in place of the one before. Drops requests that are still waiting.
+    void open(const std::string& file);
+    void list_directories(const DirectoryPath& path);
+    /// Lists a directory, in batches, in place of a listing under way. Rows and icons come with the
+    /// number `listing`.
+    void list(ListingId listing, const DirectoryPath& path);
+    /// The icons that are wanted now, the most wanted first, in place of those asked for before.
+    void want_icons(ListingId listing, const DirectoryPath& path, int size_px,
+                    std::vector<ListedEntry> entries);
+    /// The preview that is wanted now, in place of one asked for before.
+    void want_preview(const DirectoryPath& path, const std::string& name, int size_px);
+    void rename(ListingId listing, const DirectoryPath& path, const ListedEntry& entry,
+                const std::string& to);
+    void remove(ListingId listing, const DirectoryPath& path,
+                const std::vector<ListedEntry>& entries);
+
+    /// The next result; nothing when there is none now.
+    [[nodiscard]] std::optional<LibraryResult> take_result();
+    /// Waits until nothing is left to do. For tests.
+    void wait_until_idle();
+
+    static constexpr std::size_t kRowsOfFirstBatch = 256;  ///< What fills a window, at once.
+    static constexpr std::size_t kRowsOfBatch = 4096;
+
+private:
+    using Task = std::function<void(LibrarySession&)>;
+    struct WantedIcons {
+        ListingId listing = 0;
+        DirectoryPath path;
+        int size_px = 0;
+        std::deque<ListedEntry> entries;
+    };
+    struct WantedPreview {
+        DirectoryPath path;
+        std::string name;
+        int size_px = 0;
+    };
+
+    void add_task(Task task);
+    void run();
+    /// The next piece of work, in the order of urgency; null when there is none. Under the lock.
+    [[nodiscard]] Task next_task();
+    void list_more(LibrarySession& session);
+    void give(LibraryResult result);
+
+    std::function<void()> results_wait_;
+    std::mutex mutex_;
+    std::condition_variable work_waits_;
+    std::condition_variable idle_;
+    std::deque<Task> tasks_;
+    WantedIcons icons_;
+    std::optional<WantedPreview> preview_;
+    bool is_listing_ = false;
+    bool icon_is_next_ = true;  ///< Icons and batches take turns.
+    std::size_t batch_rows_ = kRowsOfFirstBatch;
+    bool is_busy_ = false;
+    bool ends_ = false;
+    std::deque<LibraryResult> results_;
+    std::thread thread_;  ///< Last: it uses the rest.
+};
+
+}  // namespace editor

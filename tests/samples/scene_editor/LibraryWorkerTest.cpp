@@ -1,0 +1,147 @@
+#include "scene_editor/core/LibraryWorker.h"
+
+#include "SampleLibrary.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+using namespace editor;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+// All results, once the worker has nothing left to do.
+std::vector<LibraryResult> results_of(LibraryWorker& worker)
+{
+    worker.wait_until_idle();
+    std::vector<LibraryResult> results;
+    while (std::optional<LibraryResult> result = worker.take_result())
+        results.push_back(std::move(*result));
+    return results;
+}
+
+template <class Kind>
+std::vector<Kind> only(std::vector<LibraryResult> results)
+{
+    std::vector<Kind> found;
+    for (LibraryResult& result : results) {
+        if (Kind* const kind = std::get_if<Kind>(&result))
+            found.push_back(std::move(*kind));
+    }
+    return found;
+}
+
+}  // namespace
+
+TEST(LibraryWorker, Listing_ComesInBatchesWhoseFirstIsSmall)
+{
+    const SampleLibrary library(600, 0);
+    LibraryWorker worker([] {});
+    worker.open(library.file());
+    worker.list(3, {});
+
+    const auto batches = only<RowsListed>(results_of(worker));
+    ASSERT_EQ(batches.size(), 2U);
+    EXPECT_EQ(batches[0].rows.size(), LibraryWorker::kRowsOfFirstBatch);
+    EXPECT_FALSE(batches[0].is_last);
+    EXPECT_EQ(batches[1].rows.size(), 600 - LibraryWorker::kRowsOfFirstBatch);
+    EXPECT_TRUE(batches[1].is_last);
+    EXPECT_EQ(batches[1].listing, 3U);
+}
+
+TEST(LibraryWorker, NewListing_ReplacesTheOneBefore)
+{
+    const SampleLibrary library;
+    LibraryWorker worker([] {});
+    worker.open(library.file());
+    worker.list(1, {});
+    worker.list(2, {"Plain"});
+
+    const auto batches = only<RowsListed>(results_of(worker));
+    ASSERT_FALSE(batches.empty());
+    EXPECT_EQ(batches.back().listing, 2U);
+    EXPECT_EQ(batches.back().rows.size(), 1U);
+}
+
+TEST(LibraryWorker, Icons_ComeInTheOrderInWhichTheyAreWanted)
+{
+    const SampleLibrary library;
+    LibraryWorker worker([] {});
+    worker.open(library.file());
+    static_cast<void>(results_of(worker));
+    worker.want_icons(1, {}, 16, {{7, "Root C"}, {5, "root b"}, {4, "root a"}});
+
+    std::vector<EntryRows::Id> rows;
+    for (const IconLoaded& icon : only<IconLoaded>(results_of(worker)))
+        rows.push_back(icon.icon != nullptr ? icon.row : icon.row + 100);
+    EXPECT_THAT(rows, ElementsAre(7, 105, 4));
+}
+
+TEST(LibraryWorker, RenameThenRemove_ReportTheRows)
+{
+    const SampleLibrary library;
+    LibraryWorker worker([] {});
+    worker.open(library.file());
+    worker.rename(1, {}, {4, "root a"}, "root z");
+    worker.remove(1, {}, {{4, "root z"}, {5, "root b"}});
+
+    const auto results = results_of(worker);
+    ASSERT_EQ(results.size(), 3U);
+    EXPECT_EQ(std::get<EntryRenamed>(results[1]).name, "root z");
+    EXPECT_THAT(std::get<EntriesRemoved>(results[2]).rows, ElementsAre(4, 5));
+}
+
+TEST(LibraryWorker, RefusedChange_ReportsTheReason)
+{
+    const SampleLibrary library;
+    LibraryWorker worker([] {});
+    worker.open(library.file());
+    worker.rename(1, {}, {4, "root a"}, "root b");
+
+    const auto refused = only<ChangeRefused>(results_of(worker));
+    ASSERT_EQ(refused.size(), 1U);
+    EXPECT_THAT(refused[0].reason, testing::HasSubstr("already"));
+}
+
+TEST(LibraryWorker, ResultsWait_IsToldWhenTheQueueWasEmpty)
+{
+    const SampleLibrary library;
+    std::atomic<int> told{0};
+    LibraryWorker worker([&told] { ++told; });
+    worker.open(library.file());
+    worker.list_directories({});
+    worker.wait_until_idle();
+    EXPECT_EQ(told, 1);
+
+    static_cast<void>(results_of(worker));
+    worker.list_directories({});
+    worker.wait_until_idle();
+    EXPECT_EQ(told, 2);
+}
+
+TEST(LibraryWorker, RequestsWithoutALibrary_AnswerWithNothing)
+{
+    LibraryWorker worker([] {});
+    worker.list(1, {});
+    worker.want_icons(1, {}, 16, {{0, "x"}});
+    worker.want_preview({}, "x", 64);
+
+    const auto results = results_of(worker);
+    EXPECT_THAT(only<PreviewLoaded>(results_of(worker)), IsEmpty());
+    EXPECT_EQ(results.size(), 3U);
+}
+
+TEST(LibraryWorker, EndedInTheMidst_ClosesTheLibrary)
+{
+    const SampleLibrary library(3000, 0);
+    {
+        LibraryWorker worker([] {});
+        worker.open(library.file());
+        worker.list(1, {});
+    }
+    const ObjectDatabase database(library.file().c_str(), GIO::OpenReadWrite);
+    EXPECT_NE(database.server, nullptr);
+}
