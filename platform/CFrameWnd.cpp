@@ -60,9 +60,13 @@ struct OwnedWindows {
 BOOL CALLBACK collect_owned(HWND window, LPARAM parameter)
 {
     auto& wanted = *reinterpret_cast<OwnedWindows*>(parameter);
-    if (::IsWindowEnabled(window) && is_owned_by(window, wanted.owner))
-        wanted.found.push_back(window);
-    return TRUE;
+    return zmr::behind_barrier(
+        [&] {
+            if (::IsWindowEnabled(window) && is_owned_by(window, wanted.owner))
+                wanted.found.push_back(window);
+            return TRUE;
+        },
+        FALSE);
 }
 
 }  // namespace
@@ -81,8 +85,7 @@ BOOL CFrameWnd::Create(LPCTSTR class_name, LPCTSTR title, DWORD style, const REC
     const int width = default_size ? CW_USEDEFAULT : static_cast<int>(rect.right - rect.left);
     const int height = default_size ? CW_USEDEFAULT : static_cast<int>(rect.bottom - rect.top);
     if (!CreateEx(ex_style, class_name, title, style, static_cast<int>(rect.left),
-                  static_cast<int>(rect.top), width, height,
-                  parent != nullptr ? parent->GetSafeHwnd() : nullptr, menu.get()))
+                  static_cast<int>(rect.top), width, height, GetSafeHandle(parent), menu.get()))
         return FALSE;
     m_hMenuDefault = menu.release();  // the window's now
     return TRUE;

@@ -16,8 +16,7 @@ BOOL CToolTipCtrl::Create(CWnd* parent, DWORD style)
 {
     zmr::load_common_controls();
     return CreateEx(WS_EX_TOPMOST, TOOLTIPS_CLASS, nullptr, WS_POPUP | style, CW_USEDEFAULT,
-                    CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
-                    parent != nullptr ? parent->GetSafeHwnd() : nullptr, nullptr);
+                    CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, GetSafeHandle(parent), nullptr);
 }
 
 TOOLINFO CToolTipCtrl::tool_of(CWnd* window, UINT_PTR id)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/CWnd.h"
 #include "platform/CommonControls.h"
 
 /// A flag of the framework's own in a tool's uFlags: the tip shows although its window is not

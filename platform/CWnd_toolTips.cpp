@@ -105,7 +105,7 @@ bool make_control(zmr::ToolTips& tips, const CWnd& window)
 {
     CWnd* const top = window.GetTopLevelParent();
     if (tips.control.m_hWnd != nullptr &&
-        ::GetWindow(tips.control.m_hWnd, GW_OWNER) == top->GetSafeHwnd())
+        ::GetWindow(tips.control.m_hWnd, GW_OWNER) == CWnd::GetSafeHandle(top))
         return true;
     tips.control.DestroyWindow();
     return tips.control.Create(top, TTS_ALWAYSTIP) != FALSE;
