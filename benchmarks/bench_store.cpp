@@ -27,7 +27,7 @@ namespace {
 constexpr std::size_t kPeers = 3;
 constexpr std::array<const char*, kPeers> kNames = {"library", "lmdb", "sqlite"};
 constexpr int kDirectories = 100;
-constexpr int kDurable = 60;  // in each repetition
+constexpr int kDurable = 300;  // in each repetition
 constexpr int kMoved = 1000;
 
 struct Workload {

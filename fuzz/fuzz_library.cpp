@@ -14,7 +14,7 @@ namespace {
 
 using namespace zmr;
 
-constexpr LibraryTuning kSmall{4000, 40'000, 40'000};
+constexpr LibraryTuning kSmall{4000, 40'000, 40'000, 300};
 
 void put_u64(std::string& bytes, std::size_t at, std::uint64_t value)
 {

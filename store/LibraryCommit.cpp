@@ -175,8 +175,12 @@ bool LibraryState::write_record(bool root)
             record.used.push_back({{start, used.length}, used.checksum});
     const std::string payload = record.encode();
     std::uint64_t position = 0;
-    if (!storage.append(FrameKind::Commit, payload, {}, position) || !storage.flush() ||
-        !storage.sync())
+    if (!storage.append(FrameKind::Commit, payload, {}, position) || !storage.flush())
+        return false;
+    // Not for a single commit: only a run of them has a use for it.
+    if (!root && !record.has(CommitRecord::kSyncedFirst) && ++small_commits_ > kFewCommits)
+        storage.reserve(tuning.reserve_bytes);
+    if (!storage.sync())
         return false;
     note_synced();
 

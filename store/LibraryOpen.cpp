@@ -283,6 +283,8 @@ bool LibraryState::close()
     const bool dirty = !log_.empty() || index_ahead_ || record_bytes_ > 0 || root_unnamed_;
     if (writable && dirty && !storage.error())
         commit_now(true);
+    if (writable)
+        storage.cut_reserve();
     const bool good = !storage.error();
     is_open = false;
     writable = false;
@@ -329,6 +331,7 @@ void LibraryState::forget_all()
     damage.clear();
     reader_number_ = 0;
     busy = false;
+    small_commits_ = 0;
     name_.clear();
 }
 

@@ -280,6 +280,8 @@ bool LibraryState::pack(const LibraryProgress& progress)
     cut_at_ = kNoLimit;
     if (storage.error())
         go_back();
+    else
+        storage.cut_reserve();
     return good;
 }
 

@@ -184,6 +184,8 @@ private:
     std::uint64_t start_of_new_ = 0;
     bool index_ahead_ = false;  // folded already, so that the record must hold the root
     bool space_advanced_ = false;
+    static constexpr int kFewCommits = 3;
+    int small_commits_ = 0;  // since the file was opened
     std::size_t fold_at_bytes_ = tuning.change_bytes;
     std::uint64_t work_bytes_ = 0;
     bool has_work_ = false;

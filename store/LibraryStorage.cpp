@@ -1,6 +1,7 @@
 #include "store/LibraryStorage.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <utility>
 
@@ -14,6 +15,7 @@ void LibraryStorage::attach(std::unique_ptr<FileDevice> device, std::string name
     owner_ = std::move(owner);
     fixed_part_missing_ = fixed_part_missing;
     error_ = {};
+    no_reserve_ = false;
     restart_at(kDataStart);
 }
 
@@ -24,6 +26,7 @@ void LibraryStorage::attach_missing(std::string name, std::string owner)
     owner_ = std::move(owner);
     fixed_part_missing_ = true;
     error_ = {};
+    no_reserve_ = false;
     restart_at(kDataStart);
 }
 
@@ -282,11 +285,31 @@ bool LibraryStorage::sync()
     return !error_;
 }
 
-bool LibraryStorage::cut(std::uint64_t length_bytes)
+void LibraryStorage::reserve(std::uint64_t bytes)
 {
-    if (!error_)
-        set_error(device_->set_length(length_bytes));
-    return !error_;
+    static constexpr std::array<char, 64 * 1024> kZeros{};
+    std::uint64_t at = 0;
+    if (error_ || no_reserve_ || device_->length(at) || at > end_)
+        return;
+    at = end_;
+    for (std::uint64_t left = bytes; left > 0;) {
+        const auto part = static_cast<std::size_t>(std::min<std::uint64_t>(left, kZeros.size()));
+        if (device_->write_at(at, kZeros.data(), part)) {
+            no_reserve_ = true;
+            cut_reserve();
+            return;
+        }
+        at += part;
+        left -= part;
+    }
+}
+
+void LibraryStorage::cut_reserve()
+{
+    std::uint64_t bytes = 0;
+    if (error_ || device_ == nullptr || !buffer_.empty() || device_->length(bytes) || bytes <= end_)
+        return;
+    static_cast<void>(device_->set_length(end_));
 }
 
 }  // namespace zmr

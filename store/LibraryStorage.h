@@ -77,7 +77,11 @@ public:
     [[nodiscard]] bool write_fixed(std::uint64_t position, std::string_view bytes);
     [[nodiscard]] bool flush();
     [[nodiscard]] bool sync();
-    [[nodiscard]] bool cut(std::uint64_t length);
+    /// Writes `bytes` zeros behind all unless some are there still. A disk without room for them
+    /// is no error; they are not tried again then.
+    void reserve(std::uint64_t bytes);
+    /// Cuts off what lies behind all. A file that can't be cut is as good, only longer.
+    void cut_reserve();
 
     // The account of the running commit.
     struct Used {
@@ -118,6 +122,7 @@ private:
     RunningChecksum appended_;
     std::map<std::uint64_t, Used> used_;
     bool must_sync_first_ = false;
+    bool no_reserve_ = false;
     FileError error_;
     std::uint64_t syncs_ = 0;
 };

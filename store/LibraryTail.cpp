@@ -111,16 +111,25 @@ bool LibraryState::find_commit(std::uint64_t& position, std::uint64_t file_bytes
 
     // What follows is no chain of frames: the rest of an interrupted commit, or damage. A whole
     // record further on tells which.
-    std::string rest(static_cast<std::size_t>(std::min(kSearchBytes, file_bytes - position)), '\0');
-    rest.resize(storage.read_some(position, rest.data(), rest.size()));
     const std::string magic = encode_frame({FrameKind::Commit, 0}, 0).substr(0, 8);
-    for (std::size_t at = rest.find(magic); at != std::string::npos;
-         at = rest.find(magic, at + 1)) {
-        if (decode_frame(std::string_view(rest).substr(at, kFrameBytes), position + at, frame) &&
-            commit_at(position + at, frame)) {
-            position += at;
-            return true;
+    const std::uint64_t last = std::min(file_bytes, position + kSearchBytes);
+    std::string piece;
+    for (std::uint64_t from = position; last - from >= kFrameBytes;) {
+        constexpr std::uint64_t kPieceBytes = 64 * 1024;
+        piece.resize(static_cast<std::size_t>(std::min(kPieceBytes, last - from)));
+        piece.resize(storage.read_some(from, piece.data(), piece.size()));
+        const std::string_view view = piece;
+        for (std::size_t at = view.find(magic); at != std::string_view::npos;
+             at = view.find(magic, at + 1)) {
+            if (decode_frame(view.substr(at, kFrameBytes), from + at, frame) &&
+                commit_at(from + at, frame)) {
+                position = from + at;
+                return true;
+            }
         }
+        if (piece.size() <= kFrameBytes)
+            return false;
+        from += piece.size() - (kFrameBytes - 1);  // a frame may lie across two pieces
     }
     return false;
 }
@@ -148,9 +157,13 @@ bool LibraryState::follow_tail(std::uint64_t file_bytes)
                              next.record.start == start;
         if (!follows) {
             // A record of an attempt that was given up; a later number than the next is proof of
-            // a commit that was whole and is not any more.
-            if (sound && next.record.number > number + 1)
+            // a commit that was whole and is not any more, and of all before it.
+            if (sound && next.record.number > number + 1) {
+                if (last)
+                    static_cast<void>(
+                        apply(last->record, last->payload, last->position + kFrameBytes));
                 return false;
+            }
             garbage += end - position;
             position = end;
             payload.clear();

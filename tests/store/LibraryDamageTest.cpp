@@ -12,7 +12,7 @@ namespace zmr {
 namespace {
 
 constexpr char kName[] = "lib";
-constexpr LibraryTuning kSmall{6000, 60'000, 60'000};
+constexpr LibraryTuning kSmall{6000, 60'000, 60'000, 700};
 
 /// A library that has it all in little room: folds, a page, extents, contents in and out of the
 /// index, compressed ones, one in blocks; with `tail` also commits behind the root.

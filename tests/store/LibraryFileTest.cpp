@@ -318,8 +318,8 @@ TEST(LibraryFile, RandomChanges_EqualTheModelThroughCommitsAndReopens)
         Random random(seed);
         FaultyFileSystem files;
         // Every other one takes the ways of much larger libraries.
-        LibraryFile file(files,
-                         seed % 2 == 0 ? LibraryTuning() : LibraryTuning{6000, 60'000, 60'000});
+        LibraryFile file(
+            files, seed % 2 == 0 ? LibraryTuning() : LibraryTuning{6000, 60'000, 60'000, 700});
         LibraryModel model;
         open_to_write(file);
         for (int i = 0; i < 600; ++i) {

@@ -8,7 +8,7 @@
 namespace zmr {
 namespace {
 
-constexpr LibraryTuning kSmall{6000, 60'000, 60'000};
+constexpr LibraryTuning kSmall{6000, 60'000, 60'000, 700};
 
 bool put(LibraryFile& file, const std::string& name, const std::string& bytes)
 {

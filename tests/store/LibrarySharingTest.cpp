@@ -12,7 +12,7 @@ namespace zmr {
 namespace {
 
 constexpr char kName[] = "lib";
-constexpr LibraryTuning kSmall{6000, 60'000, 60'000};
+constexpr LibraryTuning kSmall{6000, 60'000, 60'000, 700};
 
 void open(LibraryFile& file, LibraryAccess access)
 {
