@@ -62,6 +62,14 @@ CMenu* holder_of(HMENU menu, UINT id, CMenu* above, bool& found)
     return nullptr;
 }
 
+/// Null for child windows: what they have in a menu's place is their id.
+HMENU menu_bar_of(HWND window)
+{
+    if (window == nullptr || (::GetWindowLongPtr(window, GWL_STYLE) & WS_CHILD) != 0)
+        return nullptr;
+    return ::GetMenu(window);
+}
+
 HBITMAP bitmap_of(const CBitmap* bitmap)
 {
     return bitmap != nullptr ? static_cast<HBITMAP>(*bitmap) : nullptr;
@@ -122,9 +130,12 @@ CMenu* CMenu::FromHandlePermanent(HMENU menu)
 
 CMenu* CMenu::FromOwnerDrawnItem(UINT id)
 {
-    const HMENU tracked = zmr::ThreadState::current().tracked_menu;
+    const zmr::ThreadState& state = zmr::ThreadState::current();
+    HMENU menu = state.tracked_menu;
+    if (menu == nullptr)
+        menu = menu_bar_of(state.last_message.hwnd);
     bool found = false;
-    return tracked != nullptr ? holder_of(tracked, id, nullptr, found) : nullptr;
+    return menu != nullptr ? holder_of(menu, id, nullptr, found) : nullptr;
 }
 
 HMENU CMenu::GetSafeHmenu() const

@@ -38,8 +38,9 @@ public:
     [[nodiscard]] static CMenu* FromHandle(HMENU menu);
     /// Null when no object of this thread attached it.
     [[nodiscard]] static CMenu* FromHandlePermanent(HMENU menu);
-    /// The object that attached the menu which holds the owner-drawn item, among those that are now
-    /// being tracked; else that of the nearest menu above it, null when there is none.
+    /// The object that attached the menu which holds the owner-drawn item, else that of the nearest
+    /// menu above it. Looked for in the menu that is being tracked, and when none is in the menu
+    /// bar of the window that the current message is for. Null when there is none.
     [[nodiscard]] static CMenu* FromOwnerDrawnItem(UINT id);
     /// Null also when called on a null pointer.
     [[nodiscard]] HMENU GetSafeHmenu() const;

@@ -5,8 +5,9 @@
 
 IMPLEMENT_DYNAMIC(CPaintDC, CDC)
 
-CPaintDC::CPaintDC(CWnd* window) : owned_(window->m_hWnd), m_ps(owned_.record())
+CPaintDC::CPaintDC(CWnd* window) : owned_(window->m_hWnd)
 {
+    m_ps = owned_.record();
     if (!Attach(owned_.get()))
         AfxThrowResourceException();
 }

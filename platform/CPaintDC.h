@@ -9,12 +9,14 @@
 class ZMR_GV_API CPaintDC : public CDC {
     DECLARE_DYNAMIC(CPaintDC)
 
-    zmr::Painting owned_;  // first: m_ps is a copy of its record
-
 public:
     /// Throws CResourceException when the system refuses.
     explicit CPaintDC(CWnd* window);
     ~CPaintDC() override;
 
-    PAINTSTRUCT m_ps;  ///< What the system told: rcPaint is the rectangle around the invalid part.
+    PAINTSTRUCT
+        m_ps{};  ///< What the system told: rcPaint is the rectangle around the invalid part.
+
+private:
+    zmr::Painting owned_;
 };

@@ -10,35 +10,35 @@
 
 namespace {
 
+bool is_ours(HWND window)
+{
+    DWORD process = 0;
+    ::GetWindowThreadProcessId(window, &process);
+    return process == ::GetCurrentProcessId();
+}
+
+BOOL CALLBACK count_child(HWND, LPARAM counter)
+{
+    ++*reinterpret_cast<int*>(counter);
+    return TRUE;
+}
+
+BOOL CALLBACK count_with_children(HWND window, LPARAM counter)
+{
+    if (!is_ours(window))
+        return TRUE;
+    count_child(window, counter);
+    ::EnumChildWindows(window, count_child, counter);
+    return TRUE;
+}
+
 int count_windows()
 {
     int count = 0;
-    const auto count_one = [](HWND window, LPARAM counter) -> BOOL {
-        DWORD process = 0;
-        ::GetWindowThreadProcessId(window, &process);
-        if (process == ::GetCurrentProcessId())
-            ++*reinterpret_cast<int*>(counter);
-        return TRUE;
-    };
-    const auto count_with_children = [](HWND window, LPARAM counter) -> BOOL {
-        DWORD process = 0;
-        ::GetWindowThreadProcessId(window, &process);
-        if (process == ::GetCurrentProcessId()) {
-            ++*reinterpret_cast<int*>(counter);
-            ::EnumChildWindows(
-                window,
-                [](HWND, LPARAM inner) -> BOOL {
-                    ++*reinterpret_cast<int*>(inner);
-                    return TRUE;
-                },
-                counter);
-        }
-        return TRUE;
-    };
     ::EnumWindows(count_with_children, reinterpret_cast<LPARAM>(&count));
     for (HWND window = nullptr;
          (window = ::FindWindowExA(HWND_MESSAGE, window, nullptr, nullptr)) != nullptr;)
-        count_one(window, reinterpret_cast<LPARAM>(&count));
+        count_with_children(window, reinterpret_cast<LPARAM>(&count));
     return count;
 }
 

@@ -351,6 +351,29 @@ TEST(CMenu, FromOwnerDrawnItem_FindsTheNearestObjectAboveTheItem)
     state.tracked_menu = nullptr;
 }
 
+TEST(CMenu, OwnerDrawnItemOfAMenuBar_IsMeasuredByItsObject)
+{
+    PopupOwner owner;
+    ASSERT_TRUE(owner.open());
+    CMenu bar;
+    ASSERT_TRUE(bar.CreateMenu());
+    DrawnMenu popup;
+    ASSERT_TRUE(popup.CreatePopupMenu());
+    popup.AppendMenu(MF_OWNERDRAW, kOpen);
+    bar.AppendMenu(MF_POPUP, reinterpret_cast<UINT_PTR>(popup.m_hMenu), "File");
+    ASSERT_TRUE(owner.SetMenu(&bar));
+    MEASUREITEMSTRUCT item{};
+    item.CtlType = ODT_MENU;
+    item.itemID = kOpen;
+    owner.SendMessage(WM_MEASUREITEM, 0, reinterpret_cast<LPARAM>(&item));
+
+    EXPECT_EQ(popup.measured, kOpen);
+    EXPECT_EQ(item.itemWidth, 50u);
+    EXPECT_EQ(CMenu::FromOwnerDrawnItem(kOpen), nullptr) << "outside of a message";
+    owner.SetMenu(nullptr);
+    EXPECT_TRUE(bar.RemoveMenu(0, MF_BYPOSITION));  // popup destroys its own handle
+}
+
 TEST(CMenu, ThousandMenus_LeaveNothingBehind)
 {
     const auto open_and_close = [] {
