@@ -72,9 +72,9 @@ PixelMap entry_picture(int size_px)
     return drawing.finish();
 }
 
-PixelMap in_square(const PixelMap& picture, int size_px)
+PixelMap in_middle(const PixelMap& picture, int size_px, int width_px)
 {
-    PixelMap square(size_px, size_px, AbstractImage::Format32, nullptr);
+    PixelMap area(width_px, size_px, AbstractImage::Format32, nullptr);
     const int longer = std::max(picture.get_width(), picture.get_height());
     std::unique_ptr<PixelMap> smaller;
     if (longer > size_px) {
@@ -83,15 +83,15 @@ PixelMap in_square(const PixelMap& picture, int size_px)
                                   std::max(1, picture.get_height() * size_px / longer), true));
     }
     const PixelMap& source = smaller != nullptr ? *smaller : picture;
-    const int left = (size_px - source.get_width()) / 2;
+    const int left = (width_px - source.get_width()) / 2;
     const int top = (size_px - source.get_height()) / 2;
     for (int y = 0; y < source.get_height(); ++y) {
         for (int x = 0; x < source.get_width(); ++x) {
-            square.set_pixel(left + x, top + y, source.get_pixel(x, y));
-            square.set_alpha(left + x, top + y, source.get_alpha(x, y));
+            area.set_pixel(left + x, top + y, source.get_pixel(x, y));
+            area.set_alpha(left + x, top + y, source.get_alpha(x, y));
         }
     }
-    return square;
+    return area;
 }
 
 }  // namespace editor

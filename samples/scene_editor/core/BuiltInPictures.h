@@ -10,7 +10,8 @@ namespace editor {
 /// For an entry without an icon.
 [[nodiscard]] PixelMap entry_picture(int size_px);
 
-/// `picture` in the middle of a transparent square of `size_px`, made smaller where it is larger.
-[[nodiscard]] PixelMap in_square(const PixelMap& picture, int size_px);
+/// `picture` in the middle of a transparent area `width_px` wide and `size_px` high, made smaller
+/// where a side is longer than `size_px`. `width_px` is not less than `size_px`.
+[[nodiscard]] PixelMap in_middle(const PixelMap& picture, int size_px, int width_px);
 
 }  // namespace editor

@@ -60,22 +60,22 @@ void IconCache::forget(std::uint32_t row)
     places_.erase(found);
 }
 
-std::vector<std::uint32_t> wanted_icons(const std::vector<std::uint32_t>& shown, std::size_t first,
-                                        std::size_t count, const IconCache& cache)
+std::vector<std::uint32_t> rows_around(const std::vector<std::uint32_t>& shown, std::size_t first,
+                                       std::size_t count)
 {
-    std::vector<std::uint32_t> wanted;
+    std::vector<std::uint32_t> rows;
     const auto add = [&](std::size_t from, std::size_t to) {
-        for (std::size_t place = from; place < std::min(to, shown.size()); ++place) {
-            if (!cache.is_known(shown[place]))
-                wanted.push_back(shown[place]);
-        }
+        const auto place = [&](std::size_t at) {
+            return shown.begin() + static_cast<std::ptrdiff_t>(at);
+        };
+        rows.insert(rows.end(), place(from), place(to));
     };
     const std::size_t begin = std::min(first, shown.size());
     const std::size_t end = begin + std::min(count, shown.size() - begin);
     add(begin, end);
     add(end, end + std::min(count, shown.size() - end));
     add(begin - std::min(count, begin), begin);
-    return wanted;
+    return rows;
 }
 
 }  // namespace editor

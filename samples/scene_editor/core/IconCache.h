@@ -41,11 +41,9 @@ private:
     std::unordered_map<std::uint32_t, Place> places_;
 };
 
-/// The rows whose icons are to be loaded, the most wanted first: those of `shown` in view from
-/// position `first` on, `count` of them, then the next `count` and the `count` before. Rows that
-/// the cache knows are left out.
-[[nodiscard]] std::vector<std::uint32_t> wanted_icons(const std::vector<std::uint32_t>& shown,
-                                                      std::size_t first, std::size_t count,
-                                                      const IconCache& cache);
+/// The rows whose icons are wanted, the most wanted first: those of `shown` in view from position
+/// `first` on, `count` of them, then the next `count` and the `count` before.
+[[nodiscard]] std::vector<std::uint32_t> rows_around(const std::vector<std::uint32_t>& shown,
+                                                     std::size_t first, std::size_t count);
 
 }  // namespace editor

@@ -60,6 +60,7 @@ struct PreviewLoaded {
     std::string name;
     std::string class_name;
     std::unique_ptr<PixelMap> picture;  ///< Null when nothing can be shown.
+    std::unique_ptr<PixelMap> smaller;  ///< Of a large picture, for drawing it scaled; or null.
     std::string caption;                ///< Its size, or why there is no picture.
 };
 

@@ -197,7 +197,7 @@ std::unique_ptr<PixelMap> LibrarySession::load_icon(const DirectoryPath& path,
 PreviewLoaded LibrarySession::load_preview(const DirectoryPath& path, const std::string& name,
                                            int size_px) const
 {
-    PreviewLoaded preview{path, name, {}, nullptr, {}};
+    PreviewLoaded preview{path, name, {}, nullptr, nullptr, {}};
     ODB_Mediator* const mediator =
         database_ != nullptr ? database_->get_mediator(mediator_name(path, name)) : nullptr;
     if (mediator == nullptr) {
@@ -208,6 +208,7 @@ PreviewLoaded LibrarySession::load_preview(const DirectoryPath& path, const std:
     if (const OwnedObject object(mediator->get_object()); object != nullptr) {
         if (const auto* const picture = dynamic_cast<const PixelMap*>(object.get())) {
             preview.picture = std::make_unique<PixelMap>(*picture);
+            preview.smaller = shrunk(*picture, size_px);
             preview.caption = size_text(*picture);
             return preview;
         }

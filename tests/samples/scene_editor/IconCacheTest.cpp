@@ -79,23 +79,19 @@ TEST(IconCache, RandomUse_NeverGivesTwoRowsOneSlot)
     }
 }
 
-TEST(IconCache, Wanted_AreTheRowsInViewThenThePageAfterThenTheOneBefore)
+TEST(IconCache, RowsAround_AreThoseInViewThenThePageAfterThenTheOneBefore)
 {
     std::vector<std::uint32_t> shown(10);
     std::iota(shown.begin(), shown.end(), 100);
-    IconCache cache(4);
-    static_cast<void>(cache.store(104));
-    cache.store_none(106);
 
-    EXPECT_THAT(editor::wanted_icons(shown, 3, 2, cache), ElementsAre(103, 105, 101, 102));
+    EXPECT_THAT(editor::rows_around(shown, 3, 2), ElementsAre(103, 104, 105, 106, 101, 102));
 }
 
-TEST(IconCache, Wanted_AtTheEndsAndBeyond_StaysWithinTheRows)
+TEST(IconCache, RowsAround_AtTheEndsAndBeyond_StayWithinTheRows)
 {
     const std::vector<std::uint32_t> shown{7, 8};
-    const IconCache cache(4);
 
-    EXPECT_THAT(editor::wanted_icons(shown, 0, 5, cache), ElementsAre(7, 8));
-    EXPECT_THAT(editor::wanted_icons(shown, 9, 1, cache), ElementsAre(8));
-    EXPECT_TRUE(editor::wanted_icons({}, 0, 5, cache).empty());
+    EXPECT_THAT(editor::rows_around(shown, 0, 5), ElementsAre(7, 8));
+    EXPECT_THAT(editor::rows_around(shown, 9, 1), ElementsAre(8));
+    EXPECT_TRUE(editor::rows_around({}, 0, 5).empty());
 }

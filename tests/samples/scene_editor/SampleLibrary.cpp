@@ -10,8 +10,10 @@ void add_picture(ObjectDatabase& database, const GResourcePath& path, const char
                  int height, bool with_icon)
 {
     PixelMap picture(width, height, AbstractImage::Format24, nullptr);
-    for (int x = 0; x < width; ++x)
-        picture.set_pixel(x, 0, RGB_Color{200, 60, 10});
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x)
+            picture.set_pixel(x, y, RGB_Color{200, 60, 10});
+    }
     database.append_object(&picture, path, name, nullptr);
     if (ODB_Mediator* const mediator = database.get_mediator(path, name);
         mediator != nullptr && with_icon)

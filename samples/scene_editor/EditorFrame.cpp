@@ -1,0 +1,273 @@
+// The main window: its life, its panes and its keys.
+#include "scene_editor/EditorFrame.h"
+
+#include "platform/CClientDC.h"
+#include "scene_editor/SceneEditor.h"
+#include "scene_editor/WindowMessages.h"
+#include "scene_editor/resource.h"
+
+#include <algorithm>
+#include <array>
+
+BEGIN_MESSAGE_MAP(EditorFrame, CFrameWnd)
+    ON_WM_CREATE()
+    ON_WM_DESTROY()
+    ON_WM_GETMINMAXINFO()
+    ON_WM_ENTERMENULOOP()
+    ON_WM_EXITMENULOOP()
+    ON_MESSAGE(WM_ENTERSIZEMOVE, &EditorFrame::OnEnterSizeMove)
+    ON_MESSAGE(WM_EXITSIZEMOVE, &EditorFrame::OnExitSizeMove)
+    ON_MESSAGE(WM_SPLITTER_DRAGGED, &EditorFrame::OnSplitterDragged)
+    ON_MESSAGE(WM_FILTER_LEFT, &EditorFrame::OnFilterLeft)
+    ON_MESSAGE(WM_RESULTS_WAIT, &EditorFrame::OnResultsWait)
+    ON_MESSAGE(WM_IDLEUPDATECMDUI, &EditorFrame::OnIdle)
+    ON_COMMAND(ID_FILE_OPEN, &EditorFrame::OnFileOpen)
+    ON_COMMAND(ID_FILE_RELOAD, &EditorFrame::OnFileReload)
+    ON_COMMAND(ID_ENTRY_RENAME, &EditorFrame::OnEntryRename)
+    ON_COMMAND(ID_ENTRY_DELETE, &EditorFrame::OnEntryDelete)
+    ON_COMMAND(ID_ENTRY_SELECT_ALL, &EditorFrame::OnSelectAll)
+    ON_COMMAND(ID_VIEW_FILTER, &EditorFrame::OnViewFilter)
+    ON_COMMAND(ID_VIEW_PARENT, &EditorFrame::OnViewParent)
+    ON_COMMAND_RANGE(ID_VIEW_DRAW_CENTERED, ID_VIEW_DRAW_STRETCH, &EditorFrame::OnViewDraw)
+    ON_COMMAND(ID_DIAGNOSTICS_TIMES, &EditorFrame::OnDiagnosticsTimes)
+    ON_COMMAND(ID_DIAGNOSTICS_RESET, &EditorFrame::OnDiagnosticsReset)
+    ON_UPDATE_COMMAND_UI(ID_FILE_RELOAD, &EditorFrame::OnUpdateWithLibrary)
+    ON_UPDATE_COMMAND_UI(ID_VIEW_FILTER, &EditorFrame::OnUpdateWithLibrary)
+    ON_UPDATE_COMMAND_UI(ID_ENTRY_RENAME, &EditorFrame::OnUpdateRename)
+    ON_UPDATE_COMMAND_UI(ID_ENTRY_DELETE, &EditorFrame::OnUpdateDelete)
+    ON_UPDATE_COMMAND_UI(ID_ENTRY_SELECT_ALL, &EditorFrame::OnUpdateSelectAll)
+    ON_UPDATE_COMMAND_UI(ID_VIEW_PARENT, &EditorFrame::OnUpdateParent)
+    ON_UPDATE_COMMAND_UI_RANGE(ID_VIEW_DRAW_CENTERED, ID_VIEW_DRAW_STRETCH,
+                               &EditorFrame::OnUpdateDraw)
+    ON_UPDATE_COMMAND_UI(ID_PANE_COUNTS, &EditorFrame::OnUpdateCounts)
+    ON_UPDATE_COMMAND_UI(ID_PANE_NAME, &EditorFrame::OnUpdateName)
+    ON_EN_CHANGE(IDC_FILTER, &EditorFrame::OnFilterChanged)
+    ON_NOTIFY(TVN_SELCHANGEDA, IDC_DIRECTORIES, &EditorFrame::OnTreeSelected)
+    ON_NOTIFY(TVN_ITEMEXPANDINGA, IDC_DIRECTORIES, &EditorFrame::OnTreeExpanding)
+    ON_NOTIFY(TVN_KEYDOWN, IDC_DIRECTORIES, &EditorFrame::OnTreeKey)
+    ON_NOTIFY(LVN_ITEMACTIVATE, IDC_ENTRIES, &EditorFrame::OnListActivated)
+    ON_NOTIFY(LVN_KEYDOWN, IDC_ENTRIES, &EditorFrame::OnListKey)
+    ON_NOTIFY(LVN_ODCACHEHINT, IDC_ENTRIES, &EditorFrame::OnListCached)
+    ON_NOTIFY(LVN_BEGINLABELEDITA, IDC_ENTRIES, &EditorFrame::OnListBeginEdit)
+    ON_NOTIFY(LVN_ENDLABELEDITA, IDC_ENTRIES, &EditorFrame::OnListEndEdit)
+END_MESSAGE_MAP()
+
+namespace {
+
+constexpr int kWidthAt96 = 960;
+constexpr int kHeightAt96 = 620;
+constexpr int kLeastWidthAt96 = 480;
+constexpr int kLeastHeightAt96 = 280;
+constexpr int kCountsPaneAt96 = 210;
+constexpr int kNamePaneAt96 = 240;
+
+int screen_dpi()
+{
+    const zmr::WindowDC screen(nullptr);
+    return screen ? ::GetDeviceCaps(screen.get(), LOGPIXELSY) : 96;
+}
+
+RECT rect_of(const editor::PaneRect& pane)
+{
+    return {pane.left, pane.top, pane.right, pane.bottom};
+}
+
+}  // namespace
+
+EditorFrame::EditorFrame() : dpi_(screen_dpi()) {}
+
+EditorFrame::~EditorFrame() = default;
+
+bool EditorFrame::create()
+{
+    return LoadFrame(IDR_SCENE_EDITOR, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN) != FALSE;
+}
+
+BOOL EditorFrame::PreCreateWindow(CREATESTRUCT& creation)
+{
+    if (!CFrameWnd::PreCreateWindow(creation))
+        return FALSE;
+    RECT work{};
+    ::SystemParametersInfo(SPI_GETWORKAREA, 0, &work, 0);
+    creation.cx = std::min<int>(editor::scaled(kWidthAt96, dpi_), work.right - work.left);
+    creation.cy = std::min<int>(editor::scaled(kHeightAt96, dpi_), work.bottom - work.top);
+    creation.dwExStyle &= ~static_cast<DWORD>(WS_EX_CLIENTEDGE);
+    creation.lpszClass = AfxRegisterWndClass(CS_DBLCLKS, ::LoadCursor(nullptr, IDC_ARROW),
+                                             reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1),
+                                             AfxGetApp()->LoadIcon(IDR_SCENE_EDITOR));
+    return TRUE;
+}
+
+int EditorFrame::OnCreate(LPCREATESTRUCT creation)
+{
+    if (CFrameWnd::OnCreate(creation) == -1 || !create_panes())
+        return -1;
+    const HWND window = m_hWnd;
+    worker_ = std::make_unique<editor::LibraryWorker>(
+        [window] { ::PostMessage(window, WM_RESULTS_WAIT, 0, 0); });
+    SetMessageText(AFX_IDS_IDLEMESSAGE);
+    return 0;
+}
+
+bool EditorFrame::create_panes()
+{
+    NONCLIENTMETRICS metrics{};
+    metrics.cbSize = sizeof metrics;
+    ::SystemParametersInfo(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    if (!font_.CreateFontIndirect(&metrics.lfMessageFont))
+        return false;
+    // In the order of the keyboard: a window made later comes later.
+    if (!tree_.create(*this, IDC_DIRECTORIES, dpi_) ||
+        !tree_splitter_.create(*this, IDC_TREE_SPLITTER) || !filter_.create(*this, IDC_FILTER) ||
+        !list_.create(*this, IDC_ENTRIES, dpi_) ||
+        !preview_splitter_.create(*this, IDC_PREVIEW_SPLITTER) ||
+        !preview_.create(*this, IDC_PREVIEW, font_, dpi_) || !status_bar_.Create(this))
+        return false;
+    for (CWnd* const pane : std::initializer_list<CWnd*>{&tree_, &filter_, &list_})
+        pane->SetFont(&font_);
+
+    CClientDC dc(this);
+    CFont* const former = dc.SelectObject(&font_);
+    TEXTMETRIC text{};
+    dc.GetTextMetrics(&text);
+    dc.SelectObject(former);
+    filter_height_px_ = static_cast<int>(text.tmHeight) + editor::scaled(4, dpi_) +
+                        2 * ::GetSystemMetrics(SM_CYEDGE);
+
+    constexpr std::array<UINT, 3> kPanes{ID_SEPARATOR, ID_PANE_COUNTS, ID_PANE_NAME};
+    if (!status_bar_.SetIndicators(kPanes.data(), static_cast<int>(kPanes.size())))
+        return false;
+    status_bar_.SetPaneInfo(1, ID_PANE_COUNTS, SBPS_NORMAL, editor::scaled(kCountsPaneAt96, dpi_));
+    status_bar_.SetPaneInfo(2, ID_PANE_NAME, SBPS_NORMAL, editor::scaled(kNamePaneAt96, dpi_));
+    return true;
+}
+
+void EditorFrame::OnDestroy()
+{
+    worker_.reset();  // it posts to this window
+    CFrameWnd::OnDestroy();
+}
+
+editor::PaneRect EditorFrame::pane_area()
+{
+    CRect client;
+    GetClientRect(&client);
+    CRect rest;
+    RepositionBars(0, 0xFFFF, 0, reposQuery, &rest);
+    return {static_cast<int>(rest.left), static_cast<int>(rest.top), static_cast<int>(rest.right),
+            static_cast<int>(rest.bottom)};
+}
+
+void EditorFrame::RecalcLayout(BOOL notify)
+{
+    CFrameWnd::RecalcLayout(notify);
+    if (IsIconic() || preview_.GetSafeHwnd() == nullptr)
+        return;
+    const editor::PaneRect area = pane_area();
+    if (area.width() <= 0 || area.height() <= 0)
+        return;
+    if (!widths_)
+        widths_ = editor::first_widths(area, dpi_);
+    const editor::PaneLayout panes = editor::lay_out(area, *widths_, filter_height_px_, dpi_);
+    const std::array<std::pair<HWND, RECT>, 6> places{{
+        {tree_, rect_of(panes.tree)},
+        {tree_splitter_, rect_of(panes.tree_splitter)},
+        {filter_, rect_of(panes.filter)},
+        {list_, rect_of(panes.list)},
+        {preview_splitter_, rect_of(panes.preview_splitter)},
+        {preview_, rect_of(panes.preview)},
+    }};
+    HDWP moves = ::BeginDeferWindowPos(static_cast<int>(places.size()));
+    for (const auto& [window, rect] : places) {
+        if (moves == nullptr)
+            return;
+        moves =
+            ::DeferWindowPos(moves, window, nullptr, rect.left, rect.top, rect.right - rect.left,
+                             rect.bottom - rect.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    if (moves != nullptr)
+        ::EndDeferWindowPos(moves);
+    list_.fit_columns();
+}
+
+LRESULT EditorFrame::OnSplitterDragged(WPARAM splitter, LPARAM x)
+{
+    const auto which =
+        splitter == IDC_TREE_SPLITTER ? editor::Splitter::Tree : editor::Splitter::Preview;
+    if (widths_)
+        widths_ = editor::drag_splitter(pane_area(), *widths_, which, static_cast<int>(x), dpi_);
+    RecalcLayout();
+    UpdateWindow();
+    return 0;
+}
+
+void EditorFrame::OnGetMinMaxInfo(MINMAXINFO* limits)
+{
+    CFrameWnd::OnGetMinMaxInfo(limits);
+    limits->ptMinTrackSize = {editor::scaled(kLeastWidthAt96, dpi_),
+                              editor::scaled(kLeastHeightAt96, dpi_)};
+}
+
+void EditorFrame::OnEnterMenuLoop(BOOL is_popup)
+{
+    the_editor().holds.pause(Clock::now());
+    CFrameWnd::OnEnterMenuLoop(is_popup);
+}
+
+void EditorFrame::OnExitMenuLoop(BOOL is_popup)
+{
+    the_editor().holds.resume(Clock::now());
+    CFrameWnd::OnExitMenuLoop(is_popup);
+}
+
+LRESULT EditorFrame::OnEnterSizeMove(WPARAM, LPARAM)
+{
+    the_editor().holds.pause(Clock::now());
+    return Default();
+}
+
+LRESULT EditorFrame::OnExitSizeMove(WPARAM, LPARAM)
+{
+    the_editor().holds.resume(Clock::now());
+    return Default();
+}
+
+BOOL EditorFrame::PreTranslateMessage(MSG* message)
+{
+    if (message->message == WM_KEYDOWN && ::GetKeyState(VK_CONTROL) >= 0) {
+        if (message->wParam == VK_TAB) {
+            go_to_next_pane(::GetKeyState(VK_SHIFT) < 0);
+            return TRUE;
+        }
+        if (message->wParam == VK_ESCAPE && message->hwnd == preview_.m_hWnd) {
+            list_.SetFocus();
+            return TRUE;
+        }
+    }
+    return CFrameWnd::PreTranslateMessage(message);
+}
+
+void EditorFrame::go_to_next_pane(bool backwards)
+{
+    const std::array<HWND, 4> panes{tree_, filter_, list_, preview_};
+    const HWND focus = ::GetFocus();
+    // A label that is edited belongs to its list.
+    const auto here = std::find_if(panes.begin(), panes.end(), [focus](HWND pane) {
+        return pane == focus || ::IsChild(pane, focus);
+    });
+    const std::size_t count = panes.size();
+    const auto at = static_cast<std::size_t>(here - panes.begin());
+    const std::size_t next = here == panes.end() ? 0 : (at + (backwards ? count - 1 : 1)) % count;
+    ::SetFocus(panes[next]);
+    if (panes[next] == list_.m_hWnd)
+        list_.focus_some_row();
+    if (panes[next] == filter_.m_hWnd)
+        filter_.SetSel(0, -1);
+}
+
+LRESULT EditorFrame::OnFilterLeft(WPARAM, LPARAM)
+{
+    list_.SetFocus();
+    list_.focus_some_row();
+    return 0;
+}

@@ -1,0 +1,133 @@
+#pragma once
+
+#include "platform/CFont.h"
+#include "platform/CFrameWnd.h"
+#include "platform/CStatusBar.h"
+#include "scene_editor/DirectoryTree.h"
+#include "scene_editor/EntryList.h"
+#include "scene_editor/FilterEdit.h"
+#include "scene_editor/PaneSplitter.h"
+#include "scene_editor/PreviewPane.h"
+#include "scene_editor/core/HoldTimes.h"
+#include "scene_editor/core/LibraryWorker.h"
+#include "scene_editor/core/PaneLayout.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+/// The main window: the directories of a library, the entries of one of them with a line that
+/// filters them, and a picture of the entry that is selected. All work on the library is asked of
+/// the worker; the window never waits for it.
+class EditorFrame : public CFrameWnd {
+public:
+    EditorFrame();
+    ~EditorFrame() override;
+
+    /// Makes the window, hidden. False when the system refuses.
+    [[nodiscard]] bool create();
+    /// Asks for the library; the window shows it when it is open.
+    void open_library(const std::string& file);
+
+    void RecalcLayout(BOOL notify = TRUE) override;
+    BOOL PreTranslateMessage(MSG* message) override;
+
+protected:
+    DECLARE_MESSAGE_MAP()
+    BOOL PreCreateWindow(CREATESTRUCT& creation) override;
+
+    int OnCreate(LPCREATESTRUCT creation);
+    void OnDestroy();
+    void OnGetMinMaxInfo(MINMAXINFO* limits);
+    void OnEnterMenuLoop(BOOL is_popup);
+    void OnExitMenuLoop(BOOL is_popup);
+    LRESULT OnEnterSizeMove(WPARAM, LPARAM);
+    LRESULT OnExitSizeMove(WPARAM, LPARAM);
+    LRESULT OnSplitterDragged(WPARAM splitter, LPARAM x);
+    LRESULT OnFilterLeft(WPARAM, LPARAM);
+    LRESULT OnResultsWait(WPARAM, LPARAM);
+    LRESULT OnIdle(WPARAM disable, LPARAM);
+
+    void OnFileOpen();
+    void OnFileReload();
+    void OnEntryRename();
+    void OnEntryDelete();
+    void OnSelectAll();
+    void OnViewFilter();
+    void OnViewParent();
+    void OnViewDraw(UINT id);
+    void OnDiagnosticsTimes();
+    void OnDiagnosticsReset();
+    void OnUpdateWithLibrary(CCmdUI* state);
+    void OnUpdateRename(CCmdUI* state);
+    void OnUpdateDelete(CCmdUI* state);
+    void OnUpdateSelectAll(CCmdUI* state);
+    void OnUpdateParent(CCmdUI* state);
+    void OnUpdateDraw(CCmdUI* state);
+    void OnUpdateCounts(CCmdUI* state);
+    void OnUpdateName(CCmdUI* state);
+
+    void OnFilterChanged();
+    void OnTreeSelected(NMHDR* header, LRESULT* result);
+    void OnTreeExpanding(NMHDR* header, LRESULT* result);
+    void OnTreeKey(NMHDR* header, LRESULT* result);
+    void OnListActivated(NMHDR* header, LRESULT* result);
+    void OnListKey(NMHDR* header, LRESULT* result);
+    void OnListCached(NMHDR* header, LRESULT* result);
+    void OnListBeginEdit(NMHDR* header, LRESULT* result);
+    void OnListEndEdit(NMHDR* header, LRESULT* result);
+
+private:
+    using Clock = editor::HoldTimes::Clock;
+
+    [[nodiscard]] bool create_panes();
+    [[nodiscard]] editor::PaneRect pane_area();
+    void go_to_next_pane(bool backwards);
+
+    void show_title();
+    void show_directory(const editor::DirectoryPath& path);
+    void go_to(const editor::DirectoryPath& path);
+    void go_on_to_wanted_directory();
+    void ask_for_icons();
+    void ask_for_preview();
+    void complain(const std::string& reason);
+
+    void take(editor::LibraryOpened& opened);
+    void take(editor::LibraryRefused& refused);
+    void take(editor::DirectoriesListed& listed);
+    void take(editor::RowsListed& listed);
+    void take(editor::IconLoaded& loaded);
+    void take(editor::PreviewLoaded& loaded);
+    void take(editor::EntryRenamed& renamed);
+    void take(editor::EntriesRemoved& removed);
+    void take(editor::ChangeRefused& refused);
+
+    int dpi_ = 96;
+    CFont font_;
+    int filter_height_px_ = 0;
+    DirectoryTree tree_;
+    PaneSplitter tree_splitter_;
+    FilterEdit filter_;
+    EntryList list_;
+    PaneSplitter preview_splitter_;
+    PreviewPane preview_;
+    CStatusBar status_bar_;
+    std::optional<editor::PaneWidths> widths_;  ///< None until the window has a size.
+
+    std::unique_ptr<editor::LibraryWorker> worker_;
+    std::string file_;  ///< Empty when no library is open.
+    bool is_writable_ = false;
+    editor::DirectoryPath path_;                             ///< What the list shows.
+    editor::ListingId listing_ = 0;                          ///< Its number.
+    bool is_complete_ = true;                                ///< All its rows are here.
+    std::optional<editor::DirectoryPath> wanted_directory_;  ///< To be shown once it is known.
+    std::string wanted_row_;  ///< The name of the row that is to be selected when it comes.
+    std::optional<EntryList::Id> previewed_row_;  ///< Of this listing.
+    std::vector<EntryList::Id> icons_asked_for_;  ///< The rows around the view then.
+    std::optional<EntryList::Id> edited_row_;
+    std::string complaint_;  ///< To be shown when the results were taken.
+
+    Clock::time_point opening_began_{};
+    std::optional<Clock::duration> first_rows_after_;
+    std::optional<Clock::duration> all_rows_after_;
+};

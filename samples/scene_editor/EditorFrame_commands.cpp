@@ -1,0 +1,281 @@
+// The main window: its commands, their states, and what its controls tell.
+#include "platform/CCmdUI.h"
+#include "scene_editor/EditorFrame.h"
+#include "scene_editor/SceneEditor.h"
+#include "scene_editor/core/CommandLine.h"
+#include "scene_editor/core/CountsText.h"
+#include "scene_editor/resource.h"
+
+#include <commdlg.h>
+
+#include <array>
+
+namespace {
+
+std::string text_of(const CWnd& window)
+{
+    CString text;
+    window.GetWindowText(text);
+    return std::string(static_cast<LPCTSTR>(text));
+}
+
+std::string milliseconds(std::chrono::steady_clock::duration time)
+{
+    return editor::span_text(std::chrono::duration_cast<editor::HoldTimes::Span>(time));
+}
+
+}  // namespace
+
+void EditorFrame::OnFileOpen()
+{
+    std::array<char, 4096> name{};
+    OPENFILENAMEA request{};
+    request.lStructSize = sizeof request;
+    request.hwndOwner = m_hWnd;
+    request.lpstrFilter = "Libraries (*.odb)\0*.odb\0All Files (*.*)\0*.*\0";
+    request.lpstrFile = name.data();
+    request.nMaxFile = static_cast<DWORD>(name.size());
+    request.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
+    bool is_chosen = false;
+    {
+        const editor::SystemLoop loop;
+        is_chosen = ::GetOpenFileNameA(&request) != FALSE;
+    }
+    if (is_chosen)
+        open_library(name.data());
+}
+
+void EditorFrame::OnFileReload()
+{
+    const editor::DirectoryPath path = path_;
+    open_library(file_);
+    wanted_directory_ = path;
+}
+
+void EditorFrame::OnEntryRename()
+{
+    const int position = list_.GetNextItem(-1, LVNI_SELECTED);
+    if (position < 0)
+        return;
+    list_.SetFocus();
+    list_.EnsureVisible(position, FALSE);
+    list_.EditLabel(position);
+}
+
+void EditorFrame::OnEntryDelete()
+{
+    const std::vector<EntryList::Id> rows = list_.selected_entries();
+    if (rows.empty())
+        return;
+    const std::string what = rows.size() == 1
+                                 ? "\"" + std::string(list_.rows().name(rows[0])) + "\""
+                                 : editor::with_thousands(rows.size()) + " entries";
+    const std::string question =
+        "Delete " + what + " from the library?\n\nThis can't be taken back.";
+    const editor::ListingId listing = listing_;
+    if (AfxMessageBox(question.c_str(), MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) != IDYES ||
+        listing != listing_)
+        return;
+    std::vector<editor::ListedEntry> entries;
+    for (const EntryList::Id row : rows)
+        entries.push_back({row, std::string(list_.rows().name(row))});
+    worker_->remove(listing_, path_, entries);
+}
+
+void EditorFrame::OnSelectAll()
+{
+    list_.SetFocus();
+    list_.select_all();
+}
+
+void EditorFrame::OnViewFilter()
+{
+    filter_.SetFocus();
+    filter_.SetSel(0, -1);
+}
+
+void EditorFrame::OnViewParent()
+{
+    editor::DirectoryPath parent = path_;
+    if (parent.empty())
+        return;
+    const std::string below = parent.back();
+    parent.pop_back();
+    go_to(parent);
+    wanted_row_ = below;
+}
+
+void EditorFrame::OnViewDraw(UINT id)
+{
+    preview_.set_draw_type(static_cast<GPixelMapView::DrawType>(id - ID_VIEW_DRAW_BASE));
+}
+
+void EditorFrame::OnDiagnosticsTimes()
+{
+    const editor::HoldTimes& holds = the_editor().holds;
+    std::string report = "Longest hold of the window: " + editor::span_text(holds.longest()) +
+                         "\nHolds above 100 ms: " + editor::with_thousands(holds.over_limit()) +
+                         "\nTurns measured: " + editor::with_thousands(holds.turns()) +
+                         "\nMessage of the longest hold: " + std::to_string(holds.longest_what());
+    if (first_rows_after_)
+        report += "\n\nFirst rows of the library after " + milliseconds(*first_rows_after_);
+    if (all_rows_after_)
+        report += "\nAll " + editor::with_thousands(list_.rows().entries()) +
+                  " entries of its directory after " + milliseconds(*all_rows_after_);
+    AfxMessageBox(report.c_str(), MB_OK | MB_ICONINFORMATION);
+}
+
+void EditorFrame::OnDiagnosticsReset()
+{
+    the_editor().holds.reset();
+}
+
+void EditorFrame::OnUpdateWithLibrary(CCmdUI* state)
+{
+    state->Enable(!file_.empty());
+}
+
+void EditorFrame::OnUpdateRename(CCmdUI* state)
+{
+    const std::optional<EntryList::Id> row = list_.single_row();
+    state->Enable(is_writable_ && row && list_.rows().kind(*row) == editor::RowKind::Entry);
+}
+
+void EditorFrame::OnUpdateDelete(CCmdUI* state)
+{
+    // The first selected row that is an entry decides: directories stand before them all.
+    const int directories =
+        list_.rows().is_filtered() ? 0 : static_cast<int>(list_.rows().directories());
+    int position = list_.GetNextItem(directories - 1, LVNI_SELECTED);
+    while (list_.has_position(position) &&
+           list_.rows().kind(list_.row_at(position)) == editor::RowKind::Directory)
+        position = list_.GetNextItem(position, LVNI_SELECTED);
+    state->Enable(is_writable_ && list_.has_position(position));
+}
+
+void EditorFrame::OnUpdateSelectAll(CCmdUI* state)
+{
+    state->Enable(!list_.rows().shown().empty());
+}
+
+void EditorFrame::OnUpdateParent(CCmdUI* state)
+{
+    state->Enable(!path_.empty());
+}
+
+void EditorFrame::OnUpdateDraw(CCmdUI* state)
+{
+    state->Enable();
+    state->SetRadio(static_cast<int>(state->m_nID) - ID_VIEW_DRAW_BASE == preview_.draw_type());
+}
+
+void EditorFrame::OnUpdateCounts(CCmdUI* state)
+{
+    state->Enable();
+    if (file_.empty()) {
+        state->SetText("");
+        return;
+    }
+    editor::RowCounts counts;
+    counts.directories = list_.rows().directories();
+    counts.entries = list_.rows().entries();
+    counts.shown_entries = list_.rows().shown_entries();
+    counts.is_filtered = list_.rows().is_filtered();
+    counts.is_complete = is_complete_;
+    if (const UINT selected = list_.GetSelectedCount(); selected > 1)
+        counts.selected = selected;
+    state->SetText(editor::counts_text(counts).c_str());
+}
+
+void EditorFrame::OnUpdateName(CCmdUI* state)
+{
+    state->Enable();
+    const std::optional<EntryList::Id> row = list_.row_under_mouse();
+    state->SetText(row ? std::string(list_.rows().name(*row)).c_str() : "");
+}
+
+void EditorFrame::OnFilterChanged()
+{
+    list_.set_filter(text_of(filter_));
+}
+
+void EditorFrame::OnTreeSelected(NMHDR* header, LRESULT*)
+{
+    const auto& change = *reinterpret_cast<NMTREEVIEWA*>(header);
+    if (const editor::DirectoryPath* const path = tree_.path_of(change.itemNew.hItem))
+        show_directory(*path);
+}
+
+void EditorFrame::OnTreeExpanding(NMHDR* header, LRESULT*)
+{
+    const auto& change = *reinterpret_cast<NMTREEVIEWA*>(header);
+    const editor::DirectoryPath* const path = tree_.path_of(change.itemNew.hItem);
+    if (path != nullptr && change.action == TVE_EXPAND && !tree_.has_subdirectories_of(*path))
+        worker_->list_directories(*path);
+}
+
+void EditorFrame::OnTreeKey(NMHDR* header, LRESULT* result)
+{
+    if (reinterpret_cast<NMTVKEYDOWN*>(header)->wVKey != VK_RETURN)
+        return;
+    list_.SetFocus();
+    list_.focus_some_row();
+    *result = 1;  // the letter is none to search for
+}
+
+void EditorFrame::OnListActivated(NMHDR*, LRESULT*)
+{
+    const std::optional<EntryList::Id> row = list_.single_row();
+    if (!row)
+        return;
+    if (list_.rows().kind(*row) == editor::RowKind::Entry) {
+        preview_.SetFocus();
+        return;
+    }
+    editor::DirectoryPath path = path_;
+    path.emplace_back(list_.rows().name(*row));
+    go_to(path);
+}
+
+void EditorFrame::OnListKey(NMHDR* header, LRESULT*)
+{
+    switch (reinterpret_cast<NMLVKEYDOWN*>(header)->wVKey) {
+        case VK_DELETE:
+            PostMessage(WM_COMMAND, ID_ENTRY_DELETE);
+            break;
+        case VK_BACK:
+            OnViewParent();
+            break;
+        case 'A':
+            if (::GetKeyState(VK_CONTROL) < 0)
+                list_.select_all();
+            break;
+        default:
+            break;
+    }
+}
+
+void EditorFrame::OnListCached(NMHDR*, LRESULT*)
+{
+    ask_for_icons();  // also while a scroll bar is held, when there are no idle turns
+}
+
+void EditorFrame::OnListBeginEdit(NMHDR* header, LRESULT* result)
+{
+    const int position = reinterpret_cast<NMLVDISPINFOA*>(header)->item.iItem;
+    edited_row_.reset();
+    if (is_writable_ && list_.has_position(position) &&
+        list_.rows().kind(list_.row_at(position)) == editor::RowKind::Entry)
+        edited_row_ = list_.row_at(position);
+    *result = edited_row_ ? FALSE : TRUE;
+}
+
+void EditorFrame::OnListEndEdit(NMHDR* header, LRESULT* result)
+{
+    *result = FALSE;  // the row changes when the library has
+    const char* const text = reinterpret_cast<NMLVDISPINFOA*>(header)->item.pszText;
+    const std::optional<EntryList::Id> row = std::exchange(edited_row_, std::nullopt);
+    if (text == nullptr || !row || text == list_.rows().name(*row))
+        return;
+    worker_->rename(listing_, path_, {*row, std::string(list_.rows().name(*row))}, text);
+}

@@ -1,0 +1,262 @@
+#include "scene_editor/EntryList.h"
+
+#include "scene_editor/SceneEditor.h"
+#include "scene_editor/core/BuiltInPictures.h"
+#include "scene_editor/core/PaneLayout.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr int kIconAt96 = 32;
+constexpr int kIconMarginAt96 = 3;
+constexpr int kClassWidthAt96 = 120;
+
+// The image list: what is not a row's own icon, then the slots of the cache.
+enum Image { kBlankImage, kDirectoryImage, kEntryImage, kFirstSlot };
+constexpr int kSlots = 256;  // some screens full
+
+constexpr UINT kSelected = LVIS_SELECTED | LVIS_FOCUSED;
+
+// Copies as much of `text` as there is room for, without half a character.
+void copy_text(std::string_view text, char* out, int room)
+{
+    if (out == nullptr || room <= 0)
+        return;
+    std::size_t length = std::min(text.size(), static_cast<std::size_t>(room) - 1);
+    while (length < text.size() && length > 0 &&
+           (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
+        --length;
+    std::memcpy(out, text.data(), length);
+    out[length] = '\0';
+}
+
+}  // namespace
+
+BEGIN_MESSAGE_MAP(EntryList, CListCtrl)
+    ON_NOTIFY_REFLECT(LVN_GETDISPINFOA, &EntryList::OnGetDispInfo)
+    ON_NOTIFY_REFLECT(LVN_ODFINDITEMA, &EntryList::OnFindItem)
+    ON_WM_NCLBUTTONDOWN()
+END_MESSAGE_MAP()
+
+EntryList::EntryList() : icons_(kSlots) {}
+
+BOOL EntryList::create(CWnd& parent, UINT id, int dpi)
+{
+    zmr::load_common_controls();
+    const DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | LVS_REPORT |
+                        LVS_OWNERDATA | LVS_SHOWSELALWAYS | LVS_EDITLABELS | LVS_SHAREIMAGELISTS |
+                        LVS_NOSORTHEADER;
+    if (!CreateEx(WS_EX_CLIENTEDGE, WC_LISTVIEW, "", style, RECT{}, &parent, id))
+        return FALSE;
+    SetExtendedStyle(LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP);
+    const int icon_px = editor::scaled(kIconAt96, dpi);
+    if (!images_.create(icon_px, editor::scaled(kIconMarginAt96, dpi), kFirstSlot + kSlots))
+        return FALSE;
+    images_.set(kDirectoryImage, editor::directory_picture(icon_px));
+    images_.set(kEntryImage, editor::entry_picture(icon_px));
+    SetImageList(&images_.list(), LVSIL_SMALL);
+    class_width_px_ = editor::scaled(kClassWidthAt96, dpi);
+    return InsertColumn(0, "Name", LVCFMT_LEFT, class_width_px_) >= 0 &&
+           InsertColumn(1, "Class", LVCFMT_LEFT, class_width_px_) >= 0;
+}
+
+void EntryList::clear()
+{
+    SetItemState(-1, 0, kSelected);
+    rows_.clear();
+    rows_.set_filter(filter_);
+    icons_.clear();
+    SetItemCountEx(0, 0);
+    fit_columns();
+}
+
+void EntryList::append(editor::RowBatch batch)
+{
+    rows_.append(std::move(batch));
+    SetItemCountEx(static_cast<int>(rows_.shown().size()),
+                   LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
+    fit_columns();
+}
+
+void EntryList::set_filter(const std::string& text)
+{
+    const std::optional<Id> kept = single_row();
+    filter_ = text;
+    if (rows_.set_filter(text))
+        show_rows(kept);
+}
+
+void EntryList::rename(Id row, const std::string& name)
+{
+    rows_.rename(row, name);
+    show_rows(row);
+}
+
+void EntryList::remove(const std::vector<Id>& rows)
+{
+    const int focused = GetNextItem(-1, LVNI_SELECTED);
+    rows_.remove(rows);
+    for (const Id row : rows)
+        icons_.forget(row);
+    show_rows(std::nullopt);
+    if (!rows_.shown().empty() && focused >= 0)
+        select_only(std::min(static_cast<std::size_t>(focused), rows_.shown().size() - 1));
+}
+
+void EntryList::set_icon(Id row, const PixelMap* icon)
+{
+    if (icon == nullptr)
+        icons_.store_none(row);
+    else
+        images_.set(kFirstSlot + icons_.store(row), *icon);
+    if (const auto position = rows_.position_of(row))
+        RedrawItems(static_cast<int>(*position), static_cast<int>(*position));
+}
+
+std::vector<EntryList::Id> EntryList::rows_around_view() const
+{
+    const auto first = static_cast<std::size_t>(std::max(0, GetTopIndex()));
+    const auto count = static_cast<std::size_t>(std::max(0, GetCountPerPage()) + 1);
+    return editor::rows_around(rows_.shown(), first, count);
+}
+
+std::vector<EntryList::Id> EntryList::without_icon(std::vector<Id> rows) const
+{
+    std::erase_if(rows, [this](Id row) {
+        return rows_.kind(row) == editor::RowKind::Directory || icons_.is_known(row);
+    });
+    return rows;
+}
+
+std::optional<EntryList::Id> EntryList::single_row() const
+{
+    const int position = GetNextItem(-1, LVNI_SELECTED);
+    if (!has_position(position) || GetSelectedCount() != 1)
+        return std::nullopt;
+    return row_at(position);
+}
+
+std::vector<EntryList::Id> EntryList::selected_entries() const
+{
+    std::vector<Id> entries;
+    for (int position = GetNextItem(-1, LVNI_SELECTED); has_position(position);
+         position = GetNextItem(position, LVNI_SELECTED)) {
+        if (rows_.kind(row_at(position)) == editor::RowKind::Entry)
+            entries.push_back(row_at(position));
+    }
+    return entries;
+}
+
+void EntryList::select_all()
+{
+    SetItemState(-1, LVIS_SELECTED, LVIS_SELECTED);
+}
+
+void EntryList::select_only(std::size_t position)
+{
+    const int place = static_cast<int>(position);
+    SetItemState(-1, 0, LVIS_SELECTED);
+    SetItemState(place, kSelected, kSelected);
+    SetSelectionMark(place);
+    EnsureVisible(place, FALSE);
+}
+
+void EntryList::select_start(const std::string& name)
+{
+    if (rows_.shown().empty())
+        return;
+    const auto named = std::find_if(rows_.shown().begin(), rows_.shown().end(),
+                                    [&](Id row) { return rows_.name(row) == name; });
+    select_only(
+        named == rows_.shown().end() ? 0 : static_cast<std::size_t>(named - rows_.shown().begin()));
+}
+
+void EntryList::focus_some_row()
+{
+    if (rows_.shown().empty() || GetNextItem(-1, LVNI_FOCUSED) >= 0)
+        return;
+    select_only(0);
+}
+
+std::optional<EntryList::Id> EntryList::row_under_mouse() const
+{
+    CPoint point;
+    ::GetCursorPos(&point);
+    if (::WindowFromPoint(point) != m_hWnd)
+        return std::nullopt;
+    ScreenToClient(&point);
+    const int position = HitTest(point);
+    if (!has_position(position))
+        return std::nullopt;
+    return row_at(position);
+}
+
+void EntryList::fit_columns()
+{
+    CRect client;  // without the scroll bar
+    GetClientRect(&client);
+    const int room = static_cast<int>(client.Width());
+    if (room <= 0)
+        return;
+    const int class_px = std::min(class_width_px_, room / 2);
+    if (GetColumnWidth(1) != class_px)
+        SetColumnWidth(1, class_px);
+    if (GetColumnWidth(0) != room - class_px)
+        SetColumnWidth(0, room - class_px);
+}
+
+void EntryList::OnGetDispInfo(NMHDR* header, LRESULT*)
+{
+    LVITEMA& item = reinterpret_cast<NMLVDISPINFOA*>(header)->item;
+    if (!has_position(item.iItem))
+        return;
+    const Id row = row_at(item.iItem);
+    if ((item.mask & LVIF_TEXT) != 0) {
+        const std::string_view text = item.iSubItem == 0 ? rows_.name(row) : rows_.class_name(row);
+        copy_text(text, item.pszText, item.cchTextMax);
+    }
+    if ((item.mask & LVIF_IMAGE) != 0)
+        item.iImage = image_of(row);
+}
+
+void EntryList::OnFindItem(NMHDR* header, LRESULT* result)
+{
+    const auto& find = *reinterpret_cast<NMLVFINDITEMA*>(header);
+    *result = -1;
+    if ((find.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) == 0 || find.lvfi.psz == nullptr)
+        return;
+    const auto from = static_cast<std::size_t>(std::max(0, find.iStart));
+    if (const auto found =
+            rows_.find_start(find.lvfi.psz, from, (find.lvfi.flags & LVFI_WRAP) != 0))
+        *result = static_cast<LRESULT>(*found);
+}
+
+void EntryList::OnNcLButtonDown(UINT hit, CPoint point)
+{
+    const editor::SystemLoop loop;  // a scroll bar is tracked until the button is let go
+    CListCtrl::OnNcLButtonDown(hit, point);
+}
+
+void EntryList::show_rows(std::optional<Id> kept)
+{
+    SetItemState(-1, 0, kSelected);
+    SetItemCountEx(static_cast<int>(rows_.shown().size()), 0);
+    fit_columns();
+    if (kept) {
+        if (const auto position = rows_.position_of(*kept))
+            select_only(*position);
+    }
+    Invalidate(FALSE);
+}
+
+int EntryList::image_of(Id row)
+{
+    if (rows_.kind(row) == editor::RowKind::Directory)
+        return kDirectoryImage;
+    const int slot = icons_.find(row);
+    if (slot == editor::IconCache::kNotLoaded)
+        return kBlankImage;
+    return slot == editor::IconCache::kNoIcon ? int{kEntryImage} : kFirstSlot + slot;
+}

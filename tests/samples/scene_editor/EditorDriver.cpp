@@ -1,0 +1,231 @@
+#include "EditorDriver.h"
+
+#include "scene_editor/resource.h"
+
+#include <commctrl.h>
+
+#include <array>
+
+namespace {
+
+constexpr DWORD kLimitMs = 20'000;
+constexpr DWORD kTurnMs = 10;
+constexpr int kPreviewTitle = 2;
+constexpr int kMessageText = 0xFFFF;
+
+struct Search {
+    std::function<bool(HWND)> fits;
+    HWND found = nullptr;
+};
+
+BOOL CALLBACK ask_search(HWND window, LPARAM parameter)
+{
+    auto& search = *reinterpret_cast<Search*>(parameter);
+    if (search.fits(window))
+        search.found = window;
+    return search.found == nullptr;
+}
+
+HWND top_window(std::function<bool(HWND)> fits)
+{
+    Search search{std::move(fits)};
+    ::EnumWindows(ask_search, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+std::string class_of(HWND window)
+{
+    std::array<char, 128> name{};
+    ::GetClassName(window, name.data(), static_cast<int>(name.size()));
+    return name.data();
+}
+
+// By a message, because of another process a window's text is only the one it was made with.
+std::string text_of_window(HWND window)
+{
+    std::array<char, 2048> text{};
+    DWORD_PTR length = 0;
+    ::SendMessageTimeout(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()),
+                         SMTO_ABORTIFHUNG, kLimitMs, &length);
+    return text.data();
+}
+
+void send_key(WORD code, bool is_up)
+{
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = code;
+    input.ki.wScan = static_cast<WORD>(::MapVirtualKey(code, MAPVK_VK_TO_VSC));
+    input.ki.dwFlags = is_up ? KEYEVENTF_KEYUP : 0;
+    ::SendInput(1, &input, sizeof input);
+}
+
+void send_mouse(DWORD flags, LONG x = 0, LONG y = 0)
+{
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags;
+    input.mi.dx = (x * 65536 + 32768) / ::GetSystemMetrics(SM_CXSCREEN);
+    input.mi.dy = (y * 65536 + 32768) / ::GetSystemMetrics(SM_CYSCREEN);
+    ::SendInput(1, &input, sizeof input);
+}
+
+void move_mouse(LONG x, LONG y)
+{
+    send_mouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, x, y);
+}
+
+}  // namespace
+
+EditorDriver::EditorDriver(const std::vector<std::string>& words)
+{
+    ChildStart start;
+    start.program = ZMR_SCENE_EDITOR;
+    start.words = words;
+    std::string reason;
+    process_ = ChildProcess::Start(start, reason);
+    if (process_ == nullptr)
+        return;
+    wait_for([this] {
+        frame_ = top_window([](HWND window) {
+            return ::IsWindowVisible(window) != FALSE &&
+                   ::GetDlgItem(window, IDC_ENTRIES) != nullptr;
+        });
+        return frame_ != nullptr || !process_->runs();
+    });
+    wait_for([this] { return ::GetForegroundWindow() == frame_ || !message().empty(); });
+}
+
+EditorDriver::~EditorDriver()
+{
+    if (process_ != nullptr && process_->runs())
+        process_->kill();
+}
+
+std::string EditorDriver::title() const
+{
+    return text_of_window(frame_);
+}
+
+bool EditorDriver::is_alive() const
+{
+    DWORD_PTR ignored = 0;
+    return ::SendMessageTimeout(frame_, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, kLimitMs, &ignored) != 0;
+}
+
+HWND EditorDriver::control(int id) const
+{
+    return ::GetDlgItem(frame_, id);
+}
+
+std::string EditorDriver::text_of(int id) const
+{
+    return text_of_window(control(id));
+}
+
+int EditorDriver::rows() const
+{
+    return static_cast<int>(::SendMessage(control(IDC_ENTRIES), LVM_GETITEMCOUNT, 0, 0));
+}
+
+int EditorDriver::directories() const
+{
+    return static_cast<int>(::SendMessage(control(IDC_DIRECTORIES), TVM_GETCOUNT, 0, 0));
+}
+
+std::string EditorDriver::previewed() const
+{
+    return text_of_window(::GetDlgItem(control(IDC_PREVIEW), kPreviewTitle));
+}
+
+COLORREF EditorDriver::preview_color() const
+{
+    const HWND view = ::GetDlgItem(control(IDC_PREVIEW), 1);
+    RECT area{};
+    ::GetClientRect(view, &area);
+    const HDC dc = ::GetDC(view);
+    const COLORREF color = ::GetPixel(dc, area.right / 2, area.bottom / 2);
+    ::ReleaseDC(view, dc);
+    return color;
+}
+
+std::string EditorDriver::message() const
+{
+    const HWND box = dialog_with(kMessageText);
+    return box != nullptr ? text_of_window(::GetDlgItem(box, kMessageText)) : std::string();
+}
+
+HWND EditorDriver::dialog_with(int control) const
+{
+    return top_window([this, control](HWND window) {
+        return ::IsWindowVisible(window) != FALSE && class_of(window) == "#32770" &&
+               ::GetWindow(window, GW_OWNER) == frame_ && ::GetDlgItem(window, control) != nullptr;
+    });
+}
+
+bool EditorDriver::has_focus(int id) const
+{
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    return ::GetGUIThreadInfo(::GetWindowThreadProcessId(frame_, nullptr), &info) != FALSE &&
+           info.hwndFocus == control(id);
+}
+
+bool EditorDriver::wait_for(const std::function<bool()>& condition)
+{
+    const DWORD began = ::GetTickCount();
+    while (!condition()) {
+        if (::GetTickCount() - began > kLimitMs)
+            return false;
+        ::Sleep(kTurnMs);  // between two questions
+    }
+    return true;
+}
+
+void EditorDriver::key(WORD code, const std::vector<WORD>& held)
+{
+    for (const WORD one : held)
+        send_key(one, false);
+    send_key(code, false);
+    send_key(code, true);
+    for (auto one = held.rbegin(); one != held.rend(); ++one)
+        send_key(*one, true);
+}
+
+void EditorDriver::type(const std::string& text)
+{
+    for (const char letter : text) {
+        const SHORT code = ::VkKeyScan(letter);
+        if ((HIBYTE(code) & 1) != 0)
+            key(LOBYTE(code), {VK_SHIFT});
+        else
+            key(LOBYTE(code));
+    }
+}
+
+void EditorDriver::click(HWND window, int x, int y)
+{
+    POINT point{x, y};
+    ::ClientToScreen(window, &point);
+    move_mouse(point.x, point.y);
+    send_mouse(MOUSEEVENTF_LEFTDOWN);
+    send_mouse(MOUSEEVENTF_LEFTUP);
+}
+
+void EditorDriver::drag(HWND window, int dx)
+{
+    RECT rect{};
+    ::GetWindowRect(window, &rect);
+    const LONG x = (rect.left + rect.right) / 2;
+    const LONG y = (rect.top + rect.bottom) / 2;
+    move_mouse(x, y);
+    send_mouse(MOUSEEVENTF_LEFTDOWN);
+    move_mouse(x + dx / 2, y);
+    move_mouse(x + dx, y);
+    send_mouse(MOUSEEVENTF_LEFTUP);
+}
+
+int EditorDriver::wait_for_end()
+{
+    return process_->wait().code;
+}

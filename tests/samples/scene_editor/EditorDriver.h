@@ -1,0 +1,59 @@
+#pragma once
+
+#include "platform/Windows.h"
+#include "tests/support/ChildProcess.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// The running program, driven from another process as a person drives it: by keys and mouse of the
+/// system. What it shows is read from its windows. Every wait ends after 20 seconds.
+class EditorDriver {
+public:
+    /// Starts it with these words behind its name, and waits for its main window.
+    explicit EditorDriver(const std::vector<std::string>& words);
+    /// Ends it if it still runs.
+    ~EditorDriver();
+    EditorDriver(const EditorDriver&) = delete;
+    EditorDriver& operator=(const EditorDriver&) = delete;
+
+    [[nodiscard]] bool has_window() const { return frame_ != nullptr; }
+    [[nodiscard]] std::string title() const;
+    /// True when the window answers: nothing holds it.
+    [[nodiscard]] bool is_alive() const;
+    [[nodiscard]] HWND control(int id) const;
+    [[nodiscard]] std::string text_of(int id) const;
+    /// Rows of the list.
+    [[nodiscard]] int rows() const;
+    /// Items of the tree.
+    [[nodiscard]] int directories() const;
+    /// What the preview names.
+    [[nodiscard]] std::string previewed() const;
+    /// The colour in the middle of the preview.
+    [[nodiscard]] COLORREF preview_color() const;
+    /// The text of the message box that is open; empty when there is none.
+    [[nodiscard]] std::string message() const;
+    /// A dialog of the program that has that control; null when there is none.
+    [[nodiscard]] HWND dialog_with(int control) const;
+    [[nodiscard]] bool has_focus(int id) const;
+
+    /// Waits until it holds. False when it never does.
+    static bool wait_for(const std::function<bool()>& condition);
+
+    /// Presses and lets go, with the keys that are held meanwhile.
+    void key(WORD code, const std::vector<WORD>& held = {});
+    /// ASCII text.
+    void type(const std::string& text);
+    void click(HWND window, int x, int y);
+    /// Drags from the middle of a window sidewards.
+    void drag(HWND window, int dx);
+
+    /// Waits for its end; its exit code.
+    int wait_for_end();
+
+private:
+    std::unique_ptr<ChildProcess> process_;
+    HWND frame_ = nullptr;
+};
