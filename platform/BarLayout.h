@@ -14,7 +14,7 @@ namespace zmr {
 /// other.
 struct RoomForBars {
     CRect rest;           ///< Never of negative width or height.
-    CSize total;          ///< What all bars so far want of a frame that fits them.
+    CSize total;          ///< All bars so far: their thickness added up, the greatest length.
     bool stretch = true;  ///< A bar lies along the whole edge, not only as far as it needs.
 };
 

@@ -4,6 +4,7 @@
 #include "platform/CHeaderCtrl.h"
 #include "platform/CImageList.h"
 
+#include <algorithm>
 #include <string>
 
 IMPLEMENT_DYNAMIC(CListCtrl, CWnd)
@@ -70,7 +71,11 @@ int CListCtrl::GetItemText(int at, int column, LPSTR text, int size) const
     item.iSubItem = column;
     item.pszText = text;
     item.cchTextMax = size;
-    return zmr::ask(*this, LVM_GETITEMTEXT, zmr::wparam_of(at), zmr::lparam_of(&item));
+    if (size <= 0)
+        return 0;
+    const int length = zmr::ask(*this, LVM_GETITEMTEXT, zmr::wparam_of(at), zmr::lparam_of(&item));
+    text[size - 1] = '\0';  // which a text that is cut does not have from every version
+    return std::clamp(length, 0, size - 1);
 }
 
 CString CListCtrl::GetItemText(int at, int column) const
