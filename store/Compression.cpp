@@ -28,8 +28,8 @@ bool looks_like_noise(std::string_view bytes)
     std::array<std::uint32_t, 256> counts{};
     std::array<std::uint16_t, 1024> last_at{};
     std::size_t repeats = 0;
-    std::uint64_t size = 0;  // of the sample: every other byte
-    for (std::size_t i = 0; i + 4 <= bytes.size(); i += 2, ++size) {
+    std::uint64_t size = 0;  // of the sample: every fourth byte
+    for (std::size_t i = 0; i + 4 <= bytes.size(); i += 4, ++size) {
         ++counts[static_cast<unsigned char>(bytes[i])];
         const std::uint32_t word = load_u32(bytes.data() + i);
         std::uint16_t& slot = last_at[word * 2654435761u >> 22];

@@ -21,20 +21,6 @@ void DamageLog::note(LibraryDamage::Part part, std::string_view directory, std::
     last_.text = std::move(text);
 }
 
-LibraryEntryView view_of(const EntryRecord& record)
-{
-    LibraryEntryView view;
-    view.name = record.key.name;
-    view.label = record.label;
-    view.kind = record.value.has(EntryValue::kRaw) ? ContentKind::Raw : ContentKind::Streamable;
-    view.length = record.value.length;
-    view.has_bytes =
-        record.value.has(EntryValue::kInIndex) && !record.value.has(EntryValue::kCompressed);
-    if (view.has_bytes)
-        view.bytes = std::as_bytes(std::span(record.value.bytes));
-    return view;
-}
-
 LibraryEntryView LibraryEntryList::operator[](std::size_t index) const
 {
     const Place place = places_[index];

@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -37,7 +38,19 @@ struct Directory {
 };
 
 /// What the entry's record tells; the views are the record's.
-[[nodiscard]] LibraryEntryView view_of(const EntryRecord& record);
+[[nodiscard]] inline LibraryEntryView view_of(const EntryRecord& record)
+{
+    const EntryValue& value = record.value;
+    LibraryEntryView view;
+    view.name = record.key.name;
+    view.label = record.label;
+    view.kind = value.has(EntryValue::kRaw) ? ContentKind::Raw : ContentKind::Streamable;
+    view.length = value.length;
+    view.has_bytes = value.has(EntryValue::kInIndex) && !value.has(EntryValue::kCompressed);
+    if (view.has_bytes)
+        view.bytes = std::as_bytes(std::span(value.bytes));
+    return view;
+}
 
 /// A change of one entry that lies over the index in the file: a new value, or its removal.
 struct EntryChange {

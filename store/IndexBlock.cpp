@@ -41,44 +41,6 @@ ByteBuffer IndexBlock::release()
     return std::move(buffer_);
 }
 
-std::string_view IndexBlock::string(ByteReader& in) const
-{
-    const std::uint64_t number = in.varint();
-    if (number < strings_.size())
-        return strings_[static_cast<std::size_t>(number)];
-    in.fail();
-    return {};
-}
-
-ByteReader IndexBlock::record(std::size_t index) const
-{
-    const std::uint32_t offset = load_u32(bytes_.data() + kHeadBytes + index * 4);
-    return ByteReader(offset < bytes_.size() ? bytes_.substr(offset) : std::string_view());
-}
-
-bool IndexBlock::key(std::size_t index, EntryKey& key) const
-{
-    ByteReader in = record(index);
-    key.type = string(in);
-    key.name = in.text();
-    return in.good();
-}
-
-bool IndexBlock::entry(std::size_t index, EntryRecord& entry) const
-{
-    ByteReader in = record(index);
-    entry.key.type = string(in);
-    entry.key.name = in.text();
-    entry.label = string(in);
-    entry.value.read(in, file_end_);
-    if (!in.good())
-        return false;
-    if (position_ != 0 && entry.value.has(EntryValue::kInIndex))
-        entry.value.position =
-            position_ + static_cast<std::uint64_t>(entry.value.bytes.data() - bytes_.data());
-    return true;
-}
-
 template <class Below>
 std::size_t IndexBlock::partition_point(Below below) const
 {

@@ -51,14 +51,44 @@ public:
     [[nodiscard]] std::size_t bytes() const { return bytes_.size(); }
     [[nodiscard]] std::size_t memory() const { return buffer_.capacity(); }
     /// A string of the block's table; empty, and `in` bad, when there is none of that number.
-    [[nodiscard]] std::string_view string(ByteReader& in) const;
+    [[nodiscard]] std::string_view string(ByteReader& in) const
+    {
+        const std::uint64_t number = in.varint();
+        if (number < strings_.size())
+            return strings_[static_cast<std::size_t>(number)];
+        in.fail();
+        return {};
+    }
     /// The bytes from record `index` on.
-    [[nodiscard]] ByteReader record(std::size_t index) const;
+    [[nodiscard]] ByteReader record(std::size_t index) const
+    {
+        const std::uint32_t offset = load_u32(bytes_.data() + kHeadBytes + index * 4);
+        return ByteReader(offset < bytes_.size() ? bytes_.substr(offset) : std::string_view());
+    }
     [[nodiscard]] std::uint64_t file_end() const { return file_end_; }
 
     // Of an extent.
-    [[nodiscard]] bool key(std::size_t index, EntryKey& key) const;
-    [[nodiscard]] bool entry(std::size_t index, EntryRecord& entry) const;
+    [[nodiscard]] bool key(std::size_t index, EntryKey& key) const
+    {
+        ByteReader in = record(index);
+        key.type = string(in);
+        key.name = in.text();
+        return in.good();
+    }
+    [[nodiscard]] bool entry(std::size_t index, EntryRecord& entry) const
+    {
+        ByteReader in = record(index);
+        entry.key.type = string(in);
+        entry.key.name = in.text();
+        entry.label = string(in);
+        entry.value.read(in, file_end_);
+        if (!in.good())
+            return false;
+        if (position_ != 0 && entry.value.has(EntryValue::kInIndex))
+            entry.value.position =
+                position_ + static_cast<std::uint64_t>(entry.value.bytes.data() - bytes_.data());
+        return true;
+    }
     /// The first record not below `key`; count() when there is none. Logarithmic.
     [[nodiscard]] std::size_t lower_bound(const EntryKey& key) const;
 
