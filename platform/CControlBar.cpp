@@ -9,6 +9,7 @@
 IMPLEMENT_DYNAMIC(CControlBar, CWnd)
 
 BEGIN_MESSAGE_MAP(CControlBar, CWnd)
+    ON_WM_CREATE()
     ON_WM_PAINT()
     ON_WM_CTLCOLOR()
     ON_WM_WINDOWPOSCHANGING()
@@ -59,6 +60,14 @@ CControlBar::~CControlBar()
 {
     if (m_hWnd != nullptr)
         CControlBar::DestroyWindow();
+}
+
+int CControlBar::OnCreate(LPCREATESTRUCT creation)
+{
+    if (CWnd::OnCreate(creation) == -1)
+        return -1;
+    EnableToolTips((m_dwStyle & CBRS_TOOLTIPS) != 0);
+    return 0;
 }
 
 BOOL CControlBar::DestroyWindow()

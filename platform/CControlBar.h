@@ -104,6 +104,7 @@ protected:
     LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
     void PostNcDestroy() override;
 
+    int OnCreate(LPCREATESTRUCT creation);
     void OnPaint();
     HBRUSH OnCtlColor(CDC* dc, CWnd* control, UINT kind);
     void OnWindowPosChanging(WINDOWPOS* place);

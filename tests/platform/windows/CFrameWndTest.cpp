@@ -1,5 +1,6 @@
 #include "platform/CFrameWnd.h"
 
+#include "platform/CButton.h"
 #include "platform/CMenu.h"
 #include "platform/CStatusBar.h"
 #include "tests/platform/windows/FrameHost.h"
@@ -317,6 +318,68 @@ TEST_F(FrameTest, Bar_InsideIsWithoutLinesAndBordersAndTurnsWithTheBar)
     bar.SetBorders();
     bar.CalcInsideRect(rect, TRUE);
     EXPECT_EQ(rect, CRect(0, 0, 100, 48));
+}
+
+TEST_F(FrameTest, Bar_HandsWhatItsControlsTellToTheFrame)
+{
+    PlainBar bar;
+    ASSERT_TRUE(bar.open(&frame, WS_CHILD | WS_VISIBLE | CBRS_TOP, 0xE810));
+    CButton button;
+    ASSERT_TRUE(button.Create("Open", WS_CHILD | WS_VISIBLE, CRect(0, 0, 40, 20), &bar, kOpen));
+    button.Click();
+    EXPECT_EQ(frame.calls, std::vector<std::string>{"open"});
+
+    NMTTDISPINFOA wanted{};
+    wanted.hdr.code = TTN_NEEDTEXTA;
+    wanted.hdr.hwndFrom = bar.m_hWnd;
+    wanted.hdr.idFrom = reinterpret_cast<UINT_PTR>(button.m_hWnd);
+    wanted.uFlags = TTF_IDISHWND;
+    bar.SendMessage(WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&wanted));
+    EXPECT_STREQ(wanted.lpszText, "Open");
+}
+
+TEST_F(FrameTest, BarWithTips_ShowsThoseOfItsControls)
+{
+    PlainBar bar;
+    ASSERT_TRUE(bar.open(&frame, WS_CHILD | WS_VISIBLE | CBRS_TOP | CBRS_TOOLTIPS, 0xE810));
+    CButton button;
+    ASSERT_TRUE(button.Create("Open", WS_CHILD | WS_VISIBLE, CRect(0, 0, 40, 20), &bar, kOpen));
+    frame.RecalcLayout();
+    const auto is_shown = [] { return visible_window(TOOLTIPS_CLASS) != nullptr; };
+    EXPECT_TRUE(WindowInput()
+                    .click(middle_of(frame.m_hWnd))
+                    .move_to(middle_of(button.m_hWnd))
+                    .play_until(is_shown));
+    bar.SetBarStyle(CBRS_TOP);
+    EXPECT_EQ(bar.m_nFlags & WF_TOOLTIPS, 0u);
+    EXPECT_FALSE(is_shown());
+}
+
+TEST_F(FrameTest, BarWithLines_DrawsThemAtItsEdges)
+{
+    PlainBar bar;
+    ASSERT_TRUE(bar.open(
+        &frame, WS_CHILD | WS_VISIBLE | CBRS_TOP | CBRS_BORDER_TOP | CBRS_BORDER_3D, 0xE810));
+    frame.RecalcLayout();
+    bar.RedrawWindow();
+    const HDC dc = ::GetDC(bar.m_hWnd);
+    const COLORREF colors[] = {::GetPixel(dc, 100, 0), ::GetPixel(dc, 100, 1),
+                               ::GetPixel(dc, 100, 28), ::GetPixel(dc, 100, 29)};
+    ::ReleaseDC(bar.m_hWnd, dc);
+    EXPECT_EQ(colors[0], ::GetSysColor(COLOR_BTNSHADOW));
+    EXPECT_EQ(colors[1], ::GetSysColor(COLOR_BTNHIGHLIGHT));
+    EXPECT_EQ(colors[2], ::GetSysColor(COLOR_BTNSHADOW));
+    EXPECT_EQ(colors[3], ::GetSysColor(COLOR_BTNHIGHLIGHT));
+}
+
+TEST_F(FrameTest, Route_EndsAtTheApplication)
+{
+    AFX_CMDHANDLERINFO info;
+    EXPECT_TRUE(frame.OnCmdMsg(ID_APP_EXIT, static_cast<int>(CN_COMMAND), nullptr, &info));
+    EXPECT_EQ(info.pTarget, &the_application());
+    EXPECT_TRUE(frame.OnCmdMsg(kOpen, static_cast<int>(CN_COMMAND), nullptr, &info));
+    EXPECT_EQ(info.pTarget, &frame);
+    EXPECT_FALSE(frame.OnCmdMsg(kUnhandled, static_cast<int>(CN_COMMAND), nullptr, &info));
 }
 
 TEST_F(FrameTest, ModalState_DisablesOwnedWindowsAndNests)

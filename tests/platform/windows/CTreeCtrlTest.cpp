@@ -107,8 +107,10 @@ TEST_F(TreeTest, SelectionExpansionAndView)
     EXPECT_NE(tree.GetItemState(tools, TVIS_EXPANDED), 0u) << "opened to show it";
     EXPECT_TRUE(tree.Expand(tools, TVE_COLLAPSE));
     EXPECT_EQ(tree.GetItemState(tools, TVIS_EXPANDED), 0u);
-    EXPECT_TRUE(tree.SelectDropTarget(tools));
-    EXPECT_NE(tree.GetItemState(tools, TVIS_DROPHILITED), 0u);
+    const HTREEITEM trees = tree.InsertItem("Trees");
+    EXPECT_TRUE(tree.SelectDropTarget(trees));
+    EXPECT_EQ(tree.GetDropHilightItem(), trees);
+    EXPECT_EQ(tree.GetSelectedItem(), tools) << "where the caret went when its item was hidden";
     EXPECT_EQ(tree.GetFirstVisibleItem(), tools);
     EXPECT_TRUE(tree.SelectItem(nullptr));
     EXPECT_EQ(tree.GetSelectedItem(), nullptr);
