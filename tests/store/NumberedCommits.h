@@ -17,7 +17,9 @@ struct NumberedCommits {
     /// Commits under that number. False when it failed.
     [[nodiscard]] static bool Put(LibraryFile& file, std::uint64_t number);
     /// What is wrong with it, else empty: contents that the last number promises and that are not
-    /// there, and damage.
+    /// there.
+    [[nodiscard]] static std::string CheckContents(const LibraryFile& file);
+    /// The same with all that verify finds. For a library that no other process writes meanwhile.
     [[nodiscard]] static std::string Check(const LibraryFile& file);
 };
 
