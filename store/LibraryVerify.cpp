@@ -1,6 +1,7 @@
 #include "store/LibraryState.h"
 
 #include <algorithm>
+#include <thread>
 #include <utility>
 
 // Reading and checking all of a library.
@@ -57,11 +58,21 @@ void LibraryVerify::check_roots()
 {
     if (state_.storage.device() == nullptr || (state_.number_ == 0 && !state_.stale_))
         return;  // nothing was committed yet, and the roots may still be missing
+    // Another process may be writing a root at this instant: then it is whole a moment later.
+    constexpr int kLooks = 20;
+    const auto is_whole = [this](std::uint64_t position) {
+        for (int look = 0; look < kLooks; ++look) {
+            std::string sector(kSectorBytes, '\0');
+            RootSlot slot;
+            sector.resize(state_.storage.read_some(position, sector.data(), sector.size()));
+            if (decode_slot(sector, slot))
+                return true;
+            std::this_thread::yield();
+        }
+        return false;
+    };
     for (std::size_t i = 0; i < 2; ++i) {
-        std::string sector(kSectorBytes, '\0');
-        RootSlot slot;
-        sector.resize(state_.storage.read_some(kSlotPosition[i], sector.data(), sector.size()));
-        if (!decode_slot(sector, slot))
+        if (!is_whole(kSlotPosition[i]))
             found(LibraryDamage::Part::RootSlot, {}, {},
                   i == 0 ? "the first root is damaged" : "the second root is damaged");
     }
