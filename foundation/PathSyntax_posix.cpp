@@ -1,10 +1,10 @@
 #include "foundation/PathSyntax.h"
 
-#include <limits.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <climits>
+#include <cstdlib>
 #include <memory>
 
 namespace zmr {

@@ -37,7 +37,7 @@ void fpbase::SetRedirectionFile(std::unique_ptr<RedirectionFile> redirection)
 
 GFile fpbase::RedirectedName(const char* name, unsigned char as_mask)
 {
-    const GFile given(name);
+    GFile given(name);
     const RedirectionItem* item =
         GetRedirectionFile() == nullptr ? nullptr : GetRedirectionFile()->find(name);
     if (item == nullptr)
