@@ -80,6 +80,10 @@ public:
     virtual void EndModalState();
     [[nodiscard]] BOOL InModalState() const { return m_cModalStack != 0; }
 
+    /// Asks for help about the choice that a menu stands on, else about the window that has the
+    /// focus: WM_COMMANDHELP goes up its parents and owners until one answers, and the command
+    /// ID_DEFAULT_HELP runs when none does. A host may map ID_HELP to it.
+    void OnHelp();
     /// Ends the state in which the next choice asks for help.
     virtual void ExitHelpMode();
 
@@ -117,6 +121,8 @@ protected:
     /// Shows the text of the number, or the text given. The number shown before.
     LRESULT OnSetMessageString(WPARAM id, LPARAM text);
     LRESULT OnPopMessageString(WPARAM id, LPARAM text);
+    /// F1: the command ID_HELP when somebody handles it, else OnHelp.
+    BOOL OnHelpInfo(HELPINFO* help);
     LRESULT OnHelpHitTest(WPARAM, LPARAM point);
     LRESULT OnCommandHelp(WPARAM, LPARAM context);
     LRESULT OnExitHelpMode(WPARAM, LPARAM);
@@ -138,6 +144,8 @@ protected:
 private:
     void update_popup(CMenu* menu);
     void show_prompt_of_tracking();
+    /// A menu stands on a command.
+    [[nodiscard]] bool is_on_choice() const;
 
     HMENU delayed_menu_ = nullptr;  ///< For OnUpdateFrameMenu.
     std::vector<HWND> disabled_;    ///< By BeginModalState.

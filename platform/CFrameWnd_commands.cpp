@@ -1,3 +1,4 @@
+#include "platform/AfxState.h"
 #include "platform/CCmdUI.h"
 #include "platform/CControlBar.h"
 #include "platform/CFrameWnd.h"
@@ -230,22 +231,49 @@ LRESULT CFrameWnd::OnHelpHitTest(WPARAM, LPARAM)
     return m_nIDHelp != 0 ? static_cast<LRESULT>(HID_BASE_RESOURCE + m_nIDHelp) : 0;
 }
 
+BOOL CFrameWnd::OnHelpInfo(HELPINFO*)
+{
+    AFX_CMDHANDLERINFO info;
+    if (OnCmdMsg(ID_HELP, static_cast<int>(CN_COMMAND), nullptr, &info))
+        SendMessage(WM_COMMAND, ID_HELP);
+    else
+        OnHelp();
+    return TRUE;
+}
+
+bool CFrameWnd::is_on_choice() const
+{
+    return m_nIDTracking != AFX_IDS_IDLEMESSAGE && m_nIDTracking != AFX_IDS_HELPMODEMESSAGE &&
+           m_nIDTracking != 0;
+}
+
+void CFrameWnd::OnHelp()
+{
+    HWND window = is_on_choice() ? m_hWnd : ::GetFocus();
+    if (window == nullptr)
+        window = ::GetLastActivePopup(m_hWnd);
+    for (; window != nullptr; window = ::GetParent(window)) {
+        const LRESULT answered = ::SendMessage(window, WM_COMMANDHELP, 0, 0);
+        zmr::rethrow_pending();
+        if (answered != 0)
+            return;
+    }
+    SendMessage(WM_COMMAND, ID_DEFAULT_HELP);
+}
+
 LRESULT CFrameWnd::OnCommandHelp(WPARAM, LPARAM context)
 {
     if (context == 0) {
         // Of the choice that the menu stands on, else of the frame.
-        if (m_nIDTracking != AFX_IDS_IDLEMESSAGE && m_nIDTracking != AFX_IDS_HELPMODEMESSAGE &&
-            m_nIDTracking != 0)
+        if (is_on_choice())
             context = static_cast<LPARAM>(HID_BASE_COMMAND + m_nIDTracking);
         else if (m_nIDHelp != 0)
             context = static_cast<LPARAM>(HID_BASE_RESOURCE + m_nIDHelp);
     }
-    CWinApp* const application = AfxGetApp();
-    if (context == 0 || application == nullptr)
+    if (context == 0)
         return FALSE;
-    if (m_bHelpMode)
-        ExitHelpMode();
-    application->WinHelp(static_cast<DWORD_PTR>(context), HELP_CONTEXT);
+    ExitHelpMode();
+    WinHelp(static_cast<DWORD_PTR>(context), HELP_CONTEXT);
     return TRUE;
 }
 

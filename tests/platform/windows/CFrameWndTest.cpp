@@ -56,6 +56,28 @@ public:
     using CControlBar::m_dwStyle;
 };
 
+/// A window that has help of its own.
+class HelpChild : public CWnd {
+public:
+    int asked = 0;
+    LRESULT answer = TRUE;
+
+protected:
+    DECLARE_MESSAGE_MAP()
+
+    LRESULT OnCommandHelp(WPARAM, LPARAM)
+    {
+        ++asked;
+        return answer;
+    }
+};
+
+BEGIN_MESSAGE_MAP(HelpChild, CWnd)
+    ON_MESSAGE(WM_COMMANDHELP, &HelpChild::OnCommandHelp)
+END_MESSAGE_MAP()
+
+constexpr const char* kMenuWindow = "#32768";  // the system's class of popups
+
 CRect place_of(const CWnd& window)
 {
     CRect rect;
@@ -163,9 +185,13 @@ TEST_F(FrameTest, Prompts_FollowTheChoiceInAMenuOpenedByKeys)
     const UINT panes[] = {ID_SEPARATOR};
     ASSERT_TRUE(bar.SetIndicators(panes, 1));
     frame.RecalcLayout();
-    std::vector<std::string> seen;
-    const auto bar_shows = [&](const char* text) {
-        return [&bar, text] { return bar.GetPaneText(0) == text; };
+    // By the system's call, which asks the bar in the bar's own thread.
+    const auto bar_shows = [window = bar.m_hWnd](const char* text) {
+        return [window, text] {
+            char shown[100] = "";
+            ::GetWindowText(window, shown, sizeof shown);
+            return std::string(shown) == text;
+        };
     };
 
     EXPECT_TRUE(WindowInput()
@@ -447,6 +473,52 @@ TEST_F(FrameTest, Focus_ComesBackToThePaneOrWhereItWas)
     pane.SetFocus();
     frame.SetFocus();
     EXPECT_EQ(::GetFocus(), field.m_hWnd);
+}
+
+TEST_F(FrameTest, HelpKey_GoesUpFromTheFocusUntilSomebodyAnswers)
+{
+    HelpChild child;
+    ASSERT_TRUE(child.Create(nullptr, "", WS_CHILD | WS_VISIBLE, CRect(0, 0, 100, 100), &frame, 5));
+    EXPECT_TRUE(WindowInput().click(middle_of(frame.m_hWnd)).play_until([&] {
+        return ::GetActiveWindow() == frame.m_hWnd;
+    }));
+    child.SetFocus();
+    EXPECT_TRUE(WindowInput().key(VK_F1).play_until([&] { return child.asked > 0; }));
+    EXPECT_EQ(std::ranges::count_if(
+                  frame.calls, [](const std::string& call) { return call.starts_with("help"); }),
+              0);
+    child.answer = FALSE;
+    EXPECT_TRUE(WindowInput().key(VK_F1).play_until([&] { return !frame.calls.empty(); }));
+    EXPECT_EQ(frame.calls.back(), "help " + std::to_string(HID_BASE_RESOURCE + kFrameId));
+}
+
+TEST_F(FrameTest, HelpKeyInAnOpenMenu_AsksAboutTheChoice)
+{
+    const std::string wanted = "help " + std::to_string(HID_BASE_COMMAND + kOpen);
+    EXPECT_TRUE(WindowInput()
+                    .click(middle_of(frame.m_hWnd))
+                    .press_key(VK_MENU)
+                    .key('F')
+                    .release_key(VK_MENU)
+                    .wait_until([] { return visible_window(kMenuWindow) != nullptr; })
+                    .key(VK_F1)
+                    .wait_until([&] { return frame.help_calls > 0; })
+                    .key(VK_ESCAPE)
+                    .key(VK_ESCAPE)
+                    .play_until([&] { return frame.m_nIDTracking == AFX_IDS_IDLEMESSAGE; }));
+    // The system may tell of the key more than once.
+    EXPECT_GE(std::ranges::count(frame.calls, wanted), 1);
+}
+
+TEST_F(FrameTest, CommandInHelpMode_AsksAboutItselfAndEndsTheMode)
+{
+    frame.m_bHelpMode = TRUE;
+    frame.SendMessage(WM_COMMAND, kOpen);
+    EXPECT_EQ(frame.calls,
+              std::vector<std::string>{"help " + std::to_string(HID_BASE_COMMAND + kOpen)});
+    EXPECT_FALSE(frame.m_bHelpMode);
+    frame.SendMessage(WM_COMMAND, kOpen);
+    EXPECT_EQ(frame.calls.back(), "open");
 }
 
 TEST_F(FrameTest, HelpContext_OfTheFrameAndOfTheChoice)

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -28,8 +29,15 @@ public:
     int objects = 7;
     bool overwrite = false;
     bool recent_goes = false;
+    std::atomic<int> help_calls = 0;  ///< Asked by the thread that plays the keys.
 
     using CFrameWnd::m_rectBorder;
+
+    void WinHelp(DWORD_PTR data, UINT) override
+    {
+        calls.push_back("help " + std::to_string(data));
+        ++help_calls;
+    }
 
 protected:
     DECLARE_MESSAGE_MAP()
