@@ -11,6 +11,7 @@ IMPLEMENT_DYNAMIC(CControlBar, CWnd)
 BEGIN_MESSAGE_MAP(CControlBar, CWnd)
     ON_WM_CREATE()
     ON_WM_PAINT()
+    ON_WM_TIMER()
     ON_WM_CTLCOLOR()
     ON_WM_WINDOWPOSCHANGING()
     ON_MESSAGE(WM_SIZEPARENT, &CControlBar::OnSizeParent)
@@ -21,6 +22,8 @@ namespace {
 
 constexpr int kEndless = 32767;
 constexpr int kGripperWidth = 3;
+constexpr UINT_PTR kPromptTimer = 0xE001;  // looks whether the mouse has left the bar
+constexpr UINT kPromptTimerMs = 100;
 
 int line_width(DWORD style)
 {
@@ -80,6 +83,46 @@ void CControlBar::PostNcDestroy()
 {
     if (m_bAutoDelete)
         delete this;
+}
+
+BOOL CControlBar::PreTranslateMessage(MSG* message)
+{
+    if (CWnd::PreTranslateMessage(message))
+        return TRUE;
+    if ((m_dwStyle & CBRS_FLYBY) != 0 && message->message == WM_MOUSEMOVE)
+        show_prompt_under_mouse();
+    return FALSE;
+}
+
+void CControlBar::OnTimer(UINT_PTR id)
+{
+    if (id == kPromptTimer)
+        show_prompt_under_mouse();
+    else
+        CWnd::OnTimer(id);
+}
+
+void CControlBar::show_prompt_under_mouse()
+{
+    CPoint mouse;
+    ::GetCursorPos(&mouse);
+    const HWND under = ::WindowFromPoint(mouse);
+    int tool = -1;
+    if (under != nullptr && (under == m_hWnd || ::IsChild(m_hWnd, under))) {
+        ScreenToClient(&mouse);
+        tool = OnToolHitTest(mouse, nullptr);
+    }
+    const CFrameWnd* const frame = GetDockingFrame();
+    if (tool == prompted_ || frame == nullptr)
+        return;
+    prompted_ = tool;
+    if (tool != -1) {
+        SetTimer(kPromptTimer, kPromptTimerMs);
+        frame->SendMessage(WM_SETMESSAGESTRING, static_cast<WPARAM>(tool));
+    } else {
+        KillTimer(kPromptTimer);
+        frame->SendMessage(WM_POPMESSAGESTRING, AFX_IDS_IDLEMESSAGE);
+    }
 }
 
 DWORD CControlBar::take_bar_style(DWORD style)

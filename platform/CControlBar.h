@@ -86,6 +86,7 @@ public:
     virtual void OnUpdateCmdUI(CFrameWnd* target, BOOL disable_if_no_handler) = 0;
 
     BOOL DestroyWindow() override;
+    BOOL PreTranslateMessage(MSG* message) override;
 
     BOOL m_bAutoDelete = FALSE;  ///< The object deletes itself when its window has gone.
 
@@ -106,6 +107,7 @@ protected:
 
     int OnCreate(LPCREATESTRUCT creation);
     void OnPaint();
+    void OnTimer(UINT_PTR id);
     HBRUSH OnCtlColor(CDC* dc, CWnd* control, UINT kind);
     void OnWindowPosChanging(WINDOWPOS* place);
     LRESULT OnSizeParent(WPARAM, LPARAM layout);
@@ -123,5 +125,8 @@ protected:
     BOOL m_bDelayShow = FALSE;
 
 private:
+    void show_prompt_under_mouse();
     [[nodiscard]] bool finish_delayed_show(AFX_SIZEPARENTPARAMS& layout);
+
+    int prompted_ = -1;  ///< The tool whose text the frame shows on the bar's behalf.
 };

@@ -381,6 +381,27 @@ TEST_F(FrameTest, BarWithTips_ShowsThoseOfItsControls)
     EXPECT_FALSE(is_shown());
 }
 
+TEST_F(FrameTest, BarWithFlyingPrompts_ShowsTheCommandsTextWhileTheMouseIsOnIt)
+{
+    CStatusBar status;
+    ASSERT_TRUE(status.Create(&frame));
+    const UINT panes[] = {ID_SEPARATOR};
+    ASSERT_TRUE(status.SetIndicators(panes, 1));
+    PlainBar bar;
+    ASSERT_TRUE(bar.open(&frame, WS_CHILD | WS_VISIBLE | CBRS_TOP | CBRS_FLYBY, 0xE810));
+    CButton button;
+    ASSERT_TRUE(button.Create("Open", WS_CHILD | WS_VISIBLE, CRect(0, 0, 40, 20), &bar, kOpen));
+    frame.RecalcLayout();
+
+    EXPECT_TRUE(WindowInput()
+                    .move_to(middle_of(frame.m_hWnd))
+                    .move_to(middle_of(button.m_hWnd))
+                    .play_until([&] { return status.GetPaneText(0) == "Opens a library"; }));
+    EXPECT_TRUE(WindowInput().move_to(middle_of(frame.m_hWnd)).play_until([&] {
+        return status.GetPaneText(0) == "Ready";
+    }));
+}
+
 TEST_F(FrameTest, BarWithLines_DrawsThemAtItsEdges)
 {
     PlainBar bar;
