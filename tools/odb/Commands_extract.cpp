@@ -163,7 +163,7 @@ private:
         const std::string name = file_name_of(entry.name);
         if (const auto* picture = zmr::class_cast<PixelMap>(object.get()))
             return write_picture(*picture, folder, with_extension(name, "png"), problem);
-        if (const std::string file = write_by_format(*object, folder, name, problem);
+        if (std::string file = write_by_format(*object, folder, name, problem);
             !file.empty() || !problem.reason.empty())
             return file;
         return write_stream(*object, folder, with_extension(name, "lob"), problem);
@@ -204,7 +204,7 @@ private:
     std::string write_picture(const PixelMap& picture, const fs::path& folder,
                               const std::string& name, NotWritten& problem) const
     {
-        const std::string file = free_file(folder, name, problem);
+        std::string file = free_file(folder, name, problem);
         if (file.empty())
             return {};
         if (PixelMapTools::SaveToFile(&picture, file.c_str(), true))
@@ -223,7 +223,7 @@ private:
         for (const GObjectFileFormat* format : GObjectFileFormat::All()) {
             if (format->write_object(temporary.c_str(), &object) == 0)
                 continue;
-            const std::string file = free_file(folder, name, problem);
+            std::string file = free_file(folder, name, problem);
             std::error_code error;
             if (!file.empty())
                 fs::rename(*to_path(temporary), *to_path(file), error);
@@ -241,7 +241,7 @@ private:
     std::string write_stream(GStreamable& object, const fs::path& folder, const std::string& name,
                              NotWritten& problem) const
     {
-        const std::string file = free_file(folder, name, problem);
+        std::string file = free_file(folder, name, problem);
         if (file.empty())
             return {};
         if (GObjectPlace(file.c_str(), false, nullptr).put(&object, false))

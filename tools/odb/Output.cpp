@@ -38,7 +38,7 @@ bool is_second_control(std::string_view text, std::size_t i)
 void wipe_progress()
 {
     if (progress_is_drawn)
-        static_cast<void>(std::fputs("\r\x1b[K", stderr));
+        terminal::wipe_error_line();
     progress_is_drawn = false;
 }
 
@@ -55,8 +55,7 @@ void complain(std::string_view text)
 {
     static_cast<void>(std::fflush(stdout));
     wipe_progress();
-    const std::string line = fmt::format("odb: {}\n", printable(text));
-    static_cast<void>(std::fwrite(line.data(), 1, line.size(), stderr));  // nowhere to tell it
+    terminal::write_error(fmt::format("odb: {}\n", printable(text)));
 }
 
 bool flush_output()
@@ -135,7 +134,6 @@ void Progress::show(std::string_view detail)
         return;
     last_ms_ = now;
     shown_ = true;
-    progress_is_drawn = true;
     std::string line = printable(fmt::format("{} {}", what_, detail));
     if (columns_of(line) > kProgressColumns) {
         std::size_t size = std::min(line.size(), kProgressColumns);
@@ -143,9 +141,9 @@ void Progress::show(std::string_view detail)
             --size;
         line.resize(size);
     }
-    line = "\r" + line + "\x1b[K";
-    static_cast<void>(std::fwrite(line.data(), 1, line.size(), stderr));
-    static_cast<void>(std::fflush(stderr));
+    wipe_progress();
+    terminal::write_error(line);
+    progress_is_drawn = true;
 }
 
 }  // namespace odb

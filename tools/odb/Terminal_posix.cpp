@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 #include <csignal>
+#include <cstdio>
 
 namespace terminal {
 
@@ -24,6 +25,16 @@ std::vector<std::string> arguments(int count, char** words)
 bool error_is_terminal()
 {
     return isatty(STDERR_FILENO) == 1;
+}
+
+void write_error(std::string_view text)
+{
+    static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));  // not buffered
+}
+
+void wipe_error_line()
+{
+    write_error("\r\x1b[K");
 }
 
 void catch_interrupts()

@@ -42,11 +42,37 @@ std::vector<std::string> arguments(int, char**)
 
 bool error_is_terminal()
 {
-    // One that obeys escape sequences, by which a line is wiped.
-    const HANDLE error = ::GetStdHandle(STD_ERROR_HANDLE);
     DWORD mode = 0;
-    return ::GetConsoleMode(error, &mode) &&
-           ::SetConsoleMode(error, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    return ::GetConsoleMode(::GetStdHandle(STD_ERROR_HANDLE), &mode);
+}
+
+void write_error(std::string_view text)
+{
+    // Not through the C runtime, which writes its unbuffered error output byte by byte.
+    std::string lines;
+    for (const char c : text)
+        lines += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    const HANDLE error = ::GetStdHandle(STD_ERROR_HANDLE);
+    std::wstring wide;
+    DWORD written = 0;
+    if (error_is_terminal() && zmr::to_wide(lines, wide))
+        ::WriteConsoleW(error, wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr);
+    else
+        ::WriteFile(error, lines.data(), static_cast<DWORD>(lines.size()), &written, nullptr);
+}
+
+void wipe_error_line()
+{
+    // Not by an escape sequence, which not every console obeys.
+    const HANDLE error = ::GetStdHandle(STD_ERROR_HANDLE);
+    CONSOLE_SCREEN_BUFFER_INFO screen = {};
+    if (!::GetConsoleScreenBufferInfo(error, &screen))
+        return;
+    const COORD start{0, screen.dwCursorPosition.Y};
+    const auto columns = static_cast<DWORD>(screen.dwSize.X);
+    DWORD filled = 0;
+    ::FillConsoleOutputCharacterW(error, L' ', columns, start, &filled);
+    ::SetConsoleCursorPosition(error, start);
 }
 
 void catch_interrupts()

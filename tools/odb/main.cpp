@@ -186,27 +186,32 @@ ExitCode run(const Request& request)
     return code;
 }
 
-}  // namespace
-
-int main(int count, char** words)
+ExitCode run_words(const std::vector<std::string>& words)
 {
-    std::vector<std::string> arguments = terminal::arguments(count, words);
     Request request;
     CommandLine command_line(request);
     try {
         // CLI11 takes the words without the program's name, the last one first.
-        std::vector<std::string> reversed(
-            arguments.rbegin(), arguments.empty() ? arguments.rend() : arguments.rend() - 1);
+        std::vector<std::string> reversed(words.rbegin(),
+                                          words.empty() ? words.rend() : words.rend() - 1);
         command_line.app().parse(reversed);
     } catch (const CLI::Success& help) {
-        return command_line.app().exit(help);
+        static_cast<void>(command_line.app().exit(help));
+        return ExitCode::Done;
     } catch (const CLI::ParseError& error) {
         static_cast<void>(command_line.app().exit(error));
-        return static_cast<int>(ExitCode::WrongUsage);
+        return ExitCode::WrongUsage;
     }
     terminal::catch_interrupts();
+    return run(request);
+}
+
+}  // namespace
+
+int main(int count, char** words)
+{
     try {
-        return static_cast<int>(run(request));
+        return static_cast<int>(run_words(terminal::arguments(count, words)));
     } catch (const GException& error) {
         odb::complain(error.what());
     } catch (const std::bad_alloc&) {
