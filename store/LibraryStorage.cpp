@@ -127,7 +127,8 @@ ReadOutcome LibraryStorage::read_checked(std::uint64_t position, std::uint64_t l
 ReadOutcome LibraryStorage::read_checked(std::uint64_t position, std::uint64_t length_bytes,
                                          std::uint64_t checksum, ByteBuffer& bytes) const
 {
-    if (!may_hold(position, length_bytes))
+    // No block is empty, and a buffer of no bytes is nowhere.
+    if (length_bytes == 0 || !may_hold(position, length_bytes))
         return ReadOutcome::Damaged;
     bytes.reset(static_cast<std::size_t>(length_bytes));
     const ReadOutcome outcome = read(position, bytes.data(), bytes.size());

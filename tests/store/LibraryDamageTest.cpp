@@ -1,8 +1,10 @@
 #include "FaultyFileSystem.h"
 #include "LibraryModel.h"
 #include "Random.h"
+#include "store/BlockLoader.h"
 #include "store/LibraryFile.h"
 #include "store/LibraryFormat.h"
+#include "store/LibraryStorage.h"
 
 #include <gtest/gtest.h>
 
@@ -243,6 +245,25 @@ TEST(LibraryDamage, DamagedExtent_HidesItsEntriesOnlyAndTheDirectoryGoesOn)
     ASSERT_TRUE(file.close());
     ASSERT_EQ(file.open(kName, LibraryAccess::Read).status, LibraryOpenStatus::Ok);
     EXPECT_TRUE(file.exists(path_of({"b"}), "new", "t"));
+}
+
+TEST(LibraryDamage, EmptyIndexBlock_IsDamaged)
+{
+    FaultyFileSystem files;
+    FileError error;
+    LibraryStorage storage(files);
+    storage.attach(files.open(kName, FileAccess::ReadWrite, FileCreate::CreateNew,
+                              FileShare::ReadWrite, error),
+                   kName, {}, false);
+    BlockLoader loader(storage);
+    ReadOutcome outcome = ReadOutcome::Good;
+
+    EXPECT_EQ(loader.load({kDataStart + kFrameBytes, 0, checksum_of("")}, IndexBlock::Kind::Extent,
+                          outcome),
+              nullptr);
+    EXPECT_EQ(outcome, ReadOutcome::Damaged);
+    EXPECT_EQ(BlockLoader::Walk(loader).load({kDataStart + kFrameBytes, 0, checksum_of("")}),
+              nullptr);
 }
 
 TEST(LibraryDamage, RandomSplices_NeverGiveWrongBytes)
