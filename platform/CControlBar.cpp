@@ -6,6 +6,8 @@
 #include "platform/CPaintDC.h"
 #include "platform/SizeParent.h"
 
+#include <utility>
+
 IMPLEMENT_DYNAMIC(CControlBar, CWnd)
 
 BEGIN_MESSAGE_MAP(CControlBar, CWnd)

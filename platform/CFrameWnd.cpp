@@ -6,6 +6,8 @@
 #include "platform/CWinApp.h"
 #include "platform/HandlesUser.h"
 
+#include <utility>
+
 IMPLEMENT_DYNCREATE(CFrameWnd, CWnd)
 
 BEGIN_MESSAGE_MAP(CFrameWnd, CWnd)

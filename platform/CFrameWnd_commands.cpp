@@ -8,6 +8,8 @@
 #include "platform/PromptText.h"
 #include "platform/ThreadState.h"
 
+#include <algorithm>
+
 // What a frame does about commands: menus that open, texts in the message bar, tips, help.
 
 namespace {

@@ -134,3 +134,27 @@ TEST_F(ToolTips, OpenedAndClosedAThousandTimes_NothingIsLeft)
               }),
               "");
 }
+
+TEST(ToolTipsOfFrames, FramesThatShowedATip_LeaveNothing)
+{
+    int shown = 0;
+    const auto open_and_close = [&] {
+        HostFrame frame;
+        ASSERT_TRUE(frame.LoadFrame(kFrameId));
+        CButton button;
+        ASSERT_TRUE(
+            button.Create("Open", WS_CHILD | WS_VISIBLE, CRect(0, 0, 90, 30), &frame, kOpen));
+        frame.EnableToolTips();
+        frame.ShowWindow(SW_SHOW);
+        MSG move{};
+        move.hwnd = button.m_hWnd;
+        move.message = WM_MOUSEMOVE;
+        move.lParam = MAKELPARAM(20, 20);
+        frame.PreTranslateMessage(&move);
+        const HWND tip = ::FindWindow(TOOLTIPS_CLASS, nullptr);
+        shown += tip != nullptr && ::GetWindow(tip, GW_OWNER) == frame.m_hWnd ? 1 : 0;
+    };
+    constexpr int kTurns = 200;
+    EXPECT_EQ(what_leaks(open_and_close, kTurns), "");
+    EXPECT_GT(shown, kTurns);
+}
