@@ -54,7 +54,7 @@ void EditorFrame::OnFileReload()
 
 void EditorFrame::OnEntryRename()
 {
-    const int position = list_.GetNextItem(-1, LVNI_SELECTED);
+    const int position = list_.GetNextItem(-1, LVNI_FOCUSED | LVNI_SELECTED);
     if (position < 0)
         return;
     list_.SetFocus();
@@ -143,14 +143,15 @@ void EditorFrame::OnUpdateRename(CCmdUI* state)
 
 void EditorFrame::OnUpdateDelete(CCmdUI* state)
 {
-    // The first selected row that is an entry decides: directories stand before them all.
-    const int directories =
-        list_.rows().is_filtered() ? 0 : static_cast<int>(list_.rows().directories());
-    int position = list_.GetNextItem(directories - 1, LVNI_SELECTED);
-    while (list_.has_position(position) &&
-           list_.rows().kind(list_.row_at(position)) == editor::RowKind::Directory)
-        position = list_.GetNextItem(position, LVNI_SELECTED);
-    state->Enable(is_writable_ && list_.has_position(position));
+    // Asked for each key that may be a command, so without a walk over the rows where it can be.
+    const std::size_t selected = list_.GetSelectedCount();
+    const std::optional<EntryList::Id> single = list_.single_row();
+    bool has_entry = selected > list_.rows().directories();
+    if (single)
+        has_entry = list_.rows().kind(*single) == editor::RowKind::Entry;
+    else if (selected > 0 && !has_entry)
+        has_entry = !list_.selected_entries().empty();
+    state->Enable(is_writable_ && has_entry);
 }
 
 void EditorFrame::OnUpdateSelectAll(CCmdUI* state)

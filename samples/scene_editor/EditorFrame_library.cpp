@@ -11,7 +11,7 @@
 namespace {
 
 constexpr auto kLongestTake = std::chrono::milliseconds(10);
-constexpr int kPreviewSize_px = 1024;  // pictures that are made of objects, and large ones scaled
+constexpr int kPreviewSize_px = 480;  // pictures made of objects, and large ones to be scaled
 
 }  // namespace
 

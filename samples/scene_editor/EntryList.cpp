@@ -17,6 +17,8 @@ constexpr int kClassWidthAt96 = 120;
 enum Image { kBlankImage, kDirectoryImage, kEntryImage, kFirstSlot };
 constexpr int kSlots = 256;  // some screens full
 
+constexpr UINT kMostSingleDeselections = 4;
+
 constexpr UINT kSelected = LVIS_SELECTED | LVIS_FOCUSED;
 
 // Copies as much of `text` as there is room for, without half a character.
@@ -64,7 +66,6 @@ BOOL EntryList::create(CWnd& parent, UINT id, int dpi)
 
 void EntryList::clear()
 {
-    SetItemState(-1, 0, kSelected);
     rows_.clear();
     rows_.set_filter(filter_);
     icons_.clear();
@@ -132,7 +133,8 @@ std::vector<EntryList::Id> EntryList::without_icon(std::vector<Id> rows) const
 
 std::optional<EntryList::Id> EntryList::single_row() const
 {
-    const int position = GetNextItem(-1, LVNI_SELECTED);
+    // Asked in idle turns: looking for any selected row would walk over all that are not.
+    const int position = GetNextItem(-1, LVNI_FOCUSED | LVNI_SELECTED);
     if (!has_position(position) || GetSelectedCount() != 1)
         return std::nullopt;
     return row_at(position);
@@ -157,7 +159,7 @@ void EntryList::select_all()
 void EntryList::select_only(std::size_t position)
 {
     const int place = static_cast<int>(position);
-    SetItemState(-1, 0, LVIS_SELECTED);
+    deselect();
     SetItemState(place, kSelected, kSelected);
     SetSelectionMark(place);
     EnsureVisible(place, FALSE);
@@ -239,9 +241,22 @@ void EntryList::OnNcLButtonDown(UINT hit, CPoint point)
     CListCtrl::OnNcLButtonDown(hit, point);
 }
 
+// A state for all rows at once is set row by row, which a large list feels.
+void EntryList::deselect()
+{
+    for (UINT left = GetSelectedCount(), tries = 0; left > 0; left = GetSelectedCount()) {
+        const int position = GetNextItem(-1, LVNI_SELECTED);
+        if (position < 0 || ++tries > kMostSingleDeselections) {
+            SetItemState(-1, 0, LVIS_SELECTED);
+            return;
+        }
+        SetItemState(position, 0, LVIS_SELECTED);
+    }
+}
+
 void EntryList::show_rows(std::optional<Id> kept)
 {
-    SetItemState(-1, 0, kSelected);
+    SetItemCountEx(0, 0);  // no row, no selection
     SetItemCountEx(static_cast<int>(rows_.shown().size()), 0);
     fit_columns();
     if (kept) {

@@ -66,6 +66,7 @@ protected:
     void OnNcLButtonDown(UINT hit, CPoint point);
 
 private:
+    void deselect();
     void show_rows(std::optional<Id> kept);
     [[nodiscard]] int image_of(Id row);
 

@@ -35,7 +35,7 @@ BOOL PreviewPane::create(CWnd& parent, UINT id, CFont& font, int dpi)
     dc.SelectObject(former);
     line_px_ = static_cast<int>(metrics.tmHeight) + editor::scaled(2, dpi);
     margin_px_ = editor::scaled(4, dpi);
-    frame_px_ = std::max(1, editor::scaled(1, dpi));
+    frame_px_ = ::GetSystemMetrics(SM_CXBORDER);  // as wide as the other panes' edges
 
     const DWORD text_style =
         WS_CHILD | WS_VISIBLE | SS_LEFT | SS_NOPREFIX | SS_ENDELLIPSIS | WS_CLIPSIBLINGS;

@@ -140,12 +140,12 @@ std::string EditorDriver::previewed() const
 
 COLORREF EditorDriver::preview_color() const
 {
-    const HWND view = ::GetDlgItem(control(IDC_PREVIEW), 1);
     RECT area{};
-    ::GetClientRect(view, &area);
-    const HDC dc = ::GetDC(view);
-    const COLORREF color = ::GetPixel(dc, area.right / 2, area.bottom / 2);
-    ::ReleaseDC(view, dc);
+    ::GetWindowRect(::GetDlgItem(control(IDC_PREVIEW), 1), &area);
+    const HDC screen = ::GetDC(nullptr);
+    const COLORREF color =
+        ::GetPixel(screen, (area.left + area.right) / 2, (area.top + area.bottom) / 2);
+    ::ReleaseDC(nullptr, screen);
     return color;
 }
 
@@ -227,5 +227,7 @@ void EditorDriver::drag(HWND window, int dx)
 
 int EditorDriver::wait_for_end()
 {
+    if (!wait_for([this] { return !process_->runs(); }))
+        return -1;
     return process_->wait().code;
 }

@@ -50,7 +50,7 @@ public:
     /// Drags from the middle of a window sidewards.
     void drag(HWND window, int dx);
 
-    /// Waits for its end; its exit code.
+    /// Waits for its end; its exit code, -1 when it does not end.
     int wait_for_end();
 
 private:

@@ -9,6 +9,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <commctrl.h>
+
+#include <algorithm>
 #include <fstream>
 
 using testing::HasSubstr;
@@ -176,13 +179,15 @@ TEST(SceneEditor, FileThatIsNoLibrary_GetsAMessageAndTheWindowLives)
 
     // And a good one opens afterwards, by the menu's dialog.
     editor.key('O', {VK_CONTROL});
-    HWND dialog = nullptr;
     constexpr int kFileName = 0x47C;
-    ASSERT_TRUE(EditorDriver::wait_for(
-        [&] { return (dialog = editor.dialog_with(kFileName)) != nullptr; }));
-    ::SendDlgItemMessage(dialog, kFileName, WM_SETTEXT, 0,
-                         reinterpret_cast<LPARAM>(library.file().c_str()));
-    ::PostMessage(dialog, WM_COMMAND, IDOK, 0);
+    ASSERT_TRUE(EditorDriver::wait_for([&] {
+        return editor.dialog_with(kFileName) != nullptr &&
+               editor.dialog_with(kFileName) == ::GetForegroundWindow();
+    }));
+    std::string name = library.file();
+    std::replace(name.begin(), name.end(), '/', '\\');  // the dialog takes no other
+    editor.type(name);
+    editor.key(VK_RETURN);
     EXPECT_TRUE(EditorDriver::wait_for([&] { return editor.rows() == kRowsOfRoot; }));
     EXPECT_TRUE(close(editor));
 }
