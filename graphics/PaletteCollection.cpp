@@ -85,7 +85,13 @@ void* PaletteCollection::read_item(ipstream& in)
 
 void PaletteCollection::read(ipstream& in)
 {
-    GSortedCollection::read(in);
+    try {
+        GSortedCollection::read(in);
+    } catch (...) {
+        owns_items = 1;
+        throw;
+    }
+    owns_items = 1;  // whatever the data says: nobody else knows the entries
     // Searching needs ascending indices, and the stream may hold any.
     std::vector<Entry> entries;
     for (long position = 0; position < count; ++position)
