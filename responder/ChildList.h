@@ -1,0 +1,67 @@
+#pragma once
+
+#include "platform/Export.h"
+
+#include <cstdint>
+
+class GResponder;
+
+namespace zmr {
+
+/// The dense array of a responder's children, which it does not own. There may be room at both
+/// ends, so that inserting and removing at an end cost no move of the others. It grows by 4 while
+/// it is small and by half of its size later; an empty one that never held a child has no array.
+class ZMR_GV_API ChildList {
+public:
+    static constexpr int kMaxCount = 32767;
+
+    ChildList() = default;
+    ~ChildList();
+    ChildList(const ChildList&) = delete;
+    ChildList& operator=(const ChildList&) = delete;
+
+    [[nodiscard]] int count() const { return count_; }
+    /// `index` lies in 0 to count() - 1.
+    [[nodiscard]] GResponder* operator[](int index) const { return items_[index]; }
+    /// Has the processor fetch the child, if there is one.
+    void prefetch(int index) const
+    {
+        if (index < count_)
+            __builtin_prefetch(items_[index]);
+    }
+    /// The lowest index of `child`; count() when it is missing. Linear.
+    [[nodiscard]] int index_of(const GResponder* child) const;
+
+    /// Inserts in front of `index`, which lies in 0 to count(), below kMaxCount children. Throws
+    /// OutOfMemory_Exception with nothing changed.
+    void insert_at(int index, GResponder* child);
+    /// `index` lies in 0 to count() - 1. Gives memory back when half of it or less is used, but not
+    /// a small array.
+    void remove_at(int index);
+    void put_at(int index, GResponder* child) { items_[index] = child; }
+    void swap(int index1, int index2);
+    /// Moves `number` entries from index `from` to index `to`, over what lies there.
+    void move_entries(int to, int from, int number);
+
+    /// Takes the array of `other` as it is, in place of its own one, which is lost: one of the two
+    /// has to `forget` it, or to take a copy of its own by `own_array`, before it changes or ends.
+    void share(const ChildList& other);
+    /// Becomes empty and frees nothing.
+    void forget();
+    /// Becomes empty and frees the array.
+    void clear();
+    /// Copies a shared array. Throws OutOfMemory_Exception with nothing changed.
+    void own_array();
+
+private:
+    void grow(int index);
+    void give_back();
+    void move_into_block_of(int capacity, int front);
+
+    GResponder** items_ = nullptr;  ///< The first child, `front_` entries into the block.
+    std::int16_t count_ = 0;
+    std::uint16_t front_ = 0;
+    std::uint16_t capacity_ = 0;  ///< Of the block.
+};
+
+}  // namespace zmr

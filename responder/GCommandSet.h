@@ -1,0 +1,29 @@
+#pragma once
+
+#include "foundation/BitSet.h"
+
+#include <cstdint>
+
+/// Any state but the first counts as enabled.
+enum GCommandState : unsigned {
+    command_disabled = 0,
+    command_checked = 1,   ///< Enabled, and shown checked.
+    command_selected = 2,  ///< Enabled, and shown selected.
+    command_enabled = 3    ///< Enabled, neither checked nor selected.
+};
+
+/// The states of commands by their ids, two bits for each. It reaches to the highest id that was
+/// ever set, and all ids beyond are enabled: keep ids small and dense. Ids are 32 bits wide.
+class ZMR_GV_API GCommandSet : public BitSet {
+public:
+    [[nodiscard]] GCommandState operator[](unsigned long id) const
+    {
+        const std::uint64_t bit = std::uint64_t{static_cast<std::uint32_t>(id)} * 2;
+        if (bit >= size)
+            return command_enabled;
+        return static_cast<GCommandState>(
+            words[static_cast<std::size_t>(bit / kWordBits)] >> (bit % kWordBits) & 3U);
+    }
+    /// Grows to `id` when it lies beyond the end.
+    void set(unsigned long id, GCommandState state);
+};

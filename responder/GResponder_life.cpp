@@ -1,0 +1,239 @@
+#include "foundation/GCollection.h"
+#include "foundation/GString.h"
+#include "graphics/PaletteCollection.h"
+#include "responder/GBehaviour.h"
+#include "responder/GResponder.h"
+#include "responder/NotificationLink.h"
+#include "responder/RunningDispatch.h"
+
+#include <utility>
+
+G_DEFINE_CLASS(GResponder, GStreamable);
+
+// Making, copying and ending a responder.
+
+GResponder::GResponder() : GIdler(false) {}
+
+/// The fields that need no memory.
+GResponder::GResponder(const GResponder& other, PlainFields)
+    : GStreamable(other),
+      GIdler(false),
+      state_(other.state_ & static_cast<std::uint32_t>(state_stored_mask)),
+      options_(other.options_),
+      regime_(other.regime_)
+{
+}
+
+GResponder::GResponder(const GResponder& other) : GResponder(other, PlainFields())
+{
+    label_ = gnewstr(other.label_);
+    copy_behaviours(other.behaviours_);
+    if (other.palette_ != nullptr)
+        palette_ = zmr::class_cast<PaletteCollection>(other.palette_->clone(true));
+}
+
+/// Clones the chain without those that are not to be written. Cloning the first one clones all.
+void GResponder::copy_behaviours(GBehaviour* head)
+{
+    while (head != nullptr && !head->shouldWrite())
+        head = head->get_next();
+    if (head == nullptr)
+        return;
+    set_behaviours(zmr::class_cast<GBehaviour>(head->clone(true)));
+    for (GBehaviour* copy = behaviours_; copy != nullptr; copy = copy->get_next())
+        copy->attaching_to_object(this, 1);
+}
+
+GResponder& GResponder::operator=(const GResponder& other)
+{
+    if (this == &other)
+        return *this;
+    release_all();
+    GStreamable::operator=(other);
+    children_.share(other.children_);
+    set_behaviours(other.behaviours_);
+    label_ = other.label_;
+    linked_objects_ = other.linked_objects_;
+    palette_ = other.palette_;
+    current_ = other.current_;
+    owner_ = other.owner_;
+    state_ = other.state_;
+    options_ = other.options_;
+    regime_ = other.regime_;
+    parent_color_ = other.parent_color_;
+    parent_select_color_ = other.parent_select_color_;
+    has_doubles_ = other.has_doubles_;
+    borrowed_ = kChildren | kBehaviours | kLabel | kReceivers | kPalette | kCurrent | kOwner;
+    return *this;
+}
+
+GResponder::~GResponder()
+{
+    release_all();
+    if (current_of_ != nullptr)
+        current_of_->current_ = nullptr;
+    zmr::RunningDispatch::ResponderDies(this);
+}
+
+/// Gives up all that this responder owns or borrows. Whoever ends without shut_down leaves no
+/// pointer to itself in the tree.
+void GResponder::release_all()
+{
+    destroy_all_behaviours();
+    destroy_linked_object_collection();
+    if (!borrows(kPalette))
+        delete palette_;
+    palette_ = nullptr;
+    if (!borrows(kLabel))
+        gfreestr(label_);
+    label_ = nullptr;
+    hold_current(nullptr);
+    if (borrows(kChildren))
+        children_.forget();
+    for (int index = 0; index < children_.count(); ++index) {
+        if (children_[index]->owner_ == this)
+            children_[index]->owner_ = nullptr;
+    }
+    children_.clear();
+    if (owner_ != nullptr && !borrows(kOwner))
+        owner_->delete_from_list(this);
+    owner_ = nullptr;
+    borrowed_ = 0;
+}
+
+void GResponder::stop_borrowing(unsigned char what)
+{
+    borrowed_ = static_cast<unsigned char>(borrowed_ & ~what);
+}
+
+void GResponder::own_children()
+{
+    if (!borrows(kChildren))
+        return;
+    children_.own_array();
+    stop_borrowing(kChildren);
+}
+
+void GResponder::own_behaviours()
+{
+    if (!borrows(kBehaviours))
+        return;
+    stop_borrowing(kBehaviours);
+    GBehaviour* const borrowed = behaviours_;
+    set_behaviours(nullptr);
+    copy_behaviours(borrowed);
+}
+
+void GResponder::own_receivers()
+{
+    if (!borrows(kReceivers))
+        return;
+    stop_borrowing(kReceivers);
+    const GCollection* borrowed = std::exchange(linked_objects_, nullptr);
+    if (borrowed == nullptr)
+        return;
+    for (long index = 0; index < borrowed->count; ++index) {
+        const auto* link = static_cast<const NotificationLink*>(borrowed->items[index]);
+        if (link->target != nullptr)
+            add_receiver(static_cast<GResponder*>(link->target), link->event_kind,
+                         link->event_word);
+    }
+}
+
+void GResponder::own_palette()
+{
+    if (!borrows(kPalette))
+        return;
+    stop_borrowing(kPalette);
+    if (PaletteCollection* borrowed = std::exchange(palette_, nullptr))
+        palette_ = zmr::class_cast<PaletteCollection>(borrowed->clone(true));
+}
+
+void GResponder::shut_down()
+{
+    destroy_all();
+    destroy_all_behaviours();
+    if (owner_ != nullptr)
+        owner_->remove(this);
+    destroy_linked_object_collection();
+    GStreamable::shut_down();
+}
+
+void GResponder::destroy_all()
+{
+    if (borrows(kChildren)) {
+        children_.forget();
+        stop_borrowing(kChildren);
+    }
+    while (GResponder* child = first()) {
+        if (child->owner_ != this) {  // from a list that was borrowed
+            children_.remove_at(0);
+            continue;
+        }
+        GStreamable::destroy(child);
+        // Still there: it is ending already, or its way out of the list was barred.
+        if (child == first())
+            delete_from_list(child);
+    }
+}
+
+void GResponder::idle() {}
+
+const char* GResponder::get_label()
+{
+    return label_;
+}
+
+void GResponder::set_label(const char* label)
+{
+    char* copy = gnewstr(label);
+    if (!borrows(kLabel))
+        gfreestr(label_);
+    stop_borrowing(kLabel);
+    label_ = copy;
+}
+
+void GResponder::attach_behaviour(GBehaviour* behaviour)
+{
+    if (behaviour == nullptr)
+        return;
+    if (behaviour->host_responder != nullptr)
+        behaviour->host_responder->detach_behaviour(behaviour);
+    own_behaviours();
+    behaviour->next_behaviour = behaviours_;
+    set_behaviours(behaviour);
+    behaviour->attaching_to_object(this, 1);
+}
+
+void GResponder::detach_behaviour(GBehaviour* behaviour)
+{
+    if (behaviour == nullptr || behaviour->host_responder != this)
+        return;
+    behaviour->attaching_to_object(this, 0);
+    unlink_behaviour(behaviour);
+}
+
+/// Takes it out of the chain, if it is there; its own link stays as it is.
+void GResponder::unlink_behaviour(GBehaviour* behaviour)
+{
+    GBehaviour** link = &behaviours_;
+    while (*link != nullptr && *link != behaviour)
+        link = &(*link)->next_behaviour;
+    if (*link != nullptr)
+        *link = behaviour->next_behaviour;
+    has_behaviours_ = behaviours_ != nullptr;
+}
+
+void GResponder::destroy_all_behaviours()
+{
+    if (behaviours_ == nullptr)
+        return;
+    zmr::RunningDispatch::ChainEnds(this);
+    if (borrows(kBehaviours))
+        set_behaviours(nullptr);
+    stop_borrowing(kBehaviours);
+    while (GBehaviour* behaviour = behaviours_) {
+        set_behaviours(behaviour->next_behaviour);
+        GStreamable::destroy(behaviour);
+    }
+}

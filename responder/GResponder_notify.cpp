@@ -1,0 +1,130 @@
+#include "foundation/GCollection.h"
+#include "responder/GResponder.h"
+#include "responder/NotificationLink.h"
+#include "responder/RunningDispatch.h"
+
+#include <memory>
+#include <utility>
+
+// Who is told of changes. The collection holds NotificationLinks, which are no GStreamables, so
+// that it owns nothing and they are deleted here.
+
+namespace {
+
+/// So many records in front of the present one, the next receivers are fetched into the cache.
+constexpr long kAhead = 4;
+
+NotificationLink* link_at(const GCollection& links, long index)
+{
+    return static_cast<NotificationLink*>(links.items[index]);
+}
+
+bool tells(const NotificationLink& link, const GResponder* receiver, GEvent::GEventType kind,
+           std::uint32_t word)
+{
+    return link.target == receiver && link.event_kind == kind && link.event_word == word;
+}
+
+void delete_link(GCollection& links, long index)
+{
+    const std::unique_ptr<NotificationLink> link(link_at(links, index));
+    links.v_at_remove(index);
+}
+
+}  // namespace
+
+void GResponder::notify_when_modified(GResponder* receiver, GEvent::GEventType kind,
+                                      unsigned long asked_word)
+{
+    if (receiver == nullptr)
+        return;
+    const auto word = static_cast<std::uint32_t>(asked_word);
+    own_receivers();
+    pack_collection_of_notification_receivers();
+    if (linked_objects_ != nullptr) {
+        for (long index = linked_objects_->count - 1; index >= 0; --index) {
+            if (tells(*link_at(*linked_objects_, index), receiver, kind, word))
+                return;
+        }
+    }
+    add_receiver(receiver, kind, word);
+}
+
+/// Adds a record at the end.
+NotificationLink* GResponder::add_receiver(GResponder* receiver, GEvent::GEventType kind,
+                                           std::uint32_t word)
+{
+    if (linked_objects_ == nullptr)
+        linked_objects_ = new GCollection(0, 2, 0);
+    auto link = std::make_unique<NotificationLink>();
+    link->set(receiver, receiver);
+    link->event_kind = kind;
+    link->event_word = word;
+    linked_objects_->v_insert(link.get());
+    return link.release();
+}
+
+void GResponder::cancel_notification(GResponder* receiver, GEvent::GEventType kind,
+                                     unsigned long asked_word)
+{
+    const auto word = static_cast<std::uint32_t>(asked_word);
+    own_receivers();
+    if (linked_objects_ == nullptr)
+        return;
+    for (long index = linked_objects_->count - 1; index >= 0; --index) {
+        const NotificationLink& link = *link_at(*linked_objects_, index);
+        if (link.target == nullptr || tells(link, receiver, kind, word))
+            delete_link(*linked_objects_, index);
+    }
+}
+
+void GResponder::pack_collection_of_notification_receivers()
+{
+    own_receivers();
+    if (linked_objects_ == nullptr)
+        return;
+    for (long index = linked_objects_->count - 1; index >= 0; --index) {
+        if (link_at(*linked_objects_, index)->target == nullptr)
+            delete_link(*linked_objects_, index);
+    }
+}
+
+void GResponder::object_modified()
+{
+    if (linked_objects_ == nullptr)
+        return;
+    // A receiver may end this responder, change the list, or bring it to its end.
+    const zmr::RunningDispatch running(this, nullptr);
+    for (long index = 0;
+         running.alive() && linked_objects_ != nullptr && index < linked_objects_->count; ++index) {
+        if (index + kAhead < linked_objects_->count)
+            __builtin_prefetch(link_at(*linked_objects_, index + kAhead)->target);
+        const NotificationLink& link = *link_at(*linked_objects_, index);
+        Message(static_cast<GResponder*>(link.target), link.event_kind, link.event_word,
+                static_cast<void*>(this));
+    }
+}
+
+void GResponder::get_notification_receivers(GCollection& out) const
+{
+    const_cast<GResponder*>(this)->pack_collection_of_notification_receivers();
+    out.empty();
+    out.owns_items = 0;
+    if (linked_objects_ != nullptr)
+        out.v_at_insert_range(0, linked_objects_->items, linked_objects_->count);
+}
+
+void GResponder::destroy_linked_object_collection()
+{
+    GCollection* links = std::exchange(linked_objects_, nullptr);
+    if (links == nullptr)
+        return;
+    if (borrows(kReceivers)) {
+        stop_borrowing(kReceivers);
+        return;
+    }
+    for (long index = 0; index < links->count; ++index)
+        delete link_at(*links, index);
+    links->empty();
+    GStreamable::destroy(links);
+}

@@ -1,0 +1,372 @@
+#include "foundation/MSort.h"
+#include "responder/GResponder.h"
+
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+// The list of children and the ways through the tree.
+
+unsigned char GResponder::isSubobject(const GResponder* ancestor) const
+{
+    const GResponder* above = owner_;
+    while (above != nullptr && above != ancestor)
+        above = above->owner_;
+    return above == ancestor ? 1 : 0;
+}
+
+GResponder* GResponder::next(const GResponder* child) const
+{
+    const int index = children_.index_of(child);
+    if (index == children_.count())
+        return nullptr;
+    return children_[index + 1 == children_.count() ? 0 : index + 1];
+}
+
+GResponder* GResponder::prev(const GResponder* child) const
+{
+    const int index = children_.index_of(child);
+    if (index == children_.count())
+        return nullptr;
+    return children_[index == 0 ? children_.count() - 1 : index - 1];
+}
+
+GResponder* GResponder::next_view() const
+{
+    return owner_ != nullptr && owner_->last() != this ? owner_->next(this) : nullptr;
+}
+
+GResponder* GResponder::prev_view() const
+{
+    return owner_ != nullptr && owner_->first() != this ? owner_->prev(this) : nullptr;
+}
+
+GResponder* GResponder::next_object(short index) const
+{
+    return index >= 0 && index < children_.count() - 1 ? children_[index + 1] : nullptr;
+}
+
+GResponder* GResponder::prev_object(short index) const
+{
+    return index > 0 && index < children_.count() ? children_[index - 1] : nullptr;
+}
+
+GResponder* GResponder::topmost()
+{
+    return current_ != nullptr ? current_->topmost() : this;
+}
+
+GResponder* GResponder::find_sub_object(const char* name)
+{
+    const char* own = get_label();
+    if (name == nullptr ? own == nullptr : own != nullptr && std::strcmp(name, own) == 0)
+        return this;
+    for (int index = 0; index < children_.count(); ++index) {
+        if (GResponder* found = children_[index]->find_sub_object(name))
+            return found;
+    }
+    return nullptr;
+}
+
+GResponder* GResponder::first_that(unsigned char (*test)(GResponder*, void*), void* argument) const
+{
+    for (int index = children_.count() - 1; index >= 0; --index) {
+        if (index >= children_.count())
+            continue;  // the test took some out
+        GResponder* child = children_[index];
+        if (test(child, argument) != 0)
+            return child;
+    }
+    return nullptr;
+}
+
+GResponder* GResponder::first_match(unsigned long state_bits, unsigned long option_bits) const
+{
+    for (int index = 0; index < children_.count(); ++index) {
+        GResponder* child = children_[index];
+        if (child->get_state(state_bits) && (child->options_ & option_bits) == option_bits)
+            return child;
+    }
+    return nullptr;
+}
+
+unsigned short GResponder::Priority() const
+{
+    return (options_ & option_high_priority) != 0 ? 0x8001 : 0x8000;
+}
+
+void GResponder::insert(GResponder* child)
+{
+    insert_before(child, first());
+}
+
+int GResponder::insert_before(GResponder* child, GResponder* target)
+{
+    return insert_to_list(child, target, 1);
+}
+
+int GResponder::insert_after(GResponder* child, GResponder* target)
+{
+    if (target == nullptr)
+        return insert_before(child, first());
+    const int index = children_.index_of(target);
+    if (index == children_.count())
+        return 0;
+    return insert_before(child, at(static_cast<short>(index + 1)));
+}
+
+int GResponder::at_insert(short index, GResponder* child)
+{
+    return insert_before(child, at(std::max<short>(index, 0)));
+}
+
+bool GResponder::silent_insert(GResponder* child)
+{
+    return insert_to_list(child, first(), 1) != 0;
+}
+
+int GResponder::valid_inserted_pointer(GResponder* child, GResponder* target)
+{
+    return index_for(child, target) >= 0 ? 1 : 0;
+}
+
+/// The index of `target`, the end for null; -1 when `child` can't be inserted there.
+int GResponder::index_for(GResponder* child, GResponder* target) const
+{
+    const int count = children_.count();
+    if (child == nullptr || child->owner_ != nullptr || count >= zmr::ChildList::kMaxCount ||
+        child->is_above(this))
+        return -1;
+    if (target == nullptr)
+        return count;
+    const int index = children_.index_of(target);
+    return index < count ? index : -1;
+}
+
+/// Whether this responder, which has no owner, is `other` or stands above it.
+bool GResponder::is_above(const GResponder* other) const
+{
+    return this == other || (children_.count() > 0 && other->isSubobject(this) != 0);
+}
+
+int GResponder::insert_to_list(GResponder* child, GResponder* target, unsigned char announce)
+{
+    int index = index_for(child, target);
+    if (index < 0)
+        return 0;
+    if (index < children_.count() && (child->state_ & state_keep_order) == 0) {
+        const unsigned short priority = child->Priority();
+        while (index < children_.count() && children_[index]->Priority() > priority)
+            ++index;
+    }
+    place(index, child);
+    if (announce != 0) {
+        child->set_state(state_inserted, 1);
+        if ((state_ & state_exposed) != 0)
+            child->set_state(state_exposed, 1);
+    }
+    return 1;
+}
+
+void GResponder::place(int index, GResponder* child)
+{
+    own_children();
+    children_.insert_at(index, child);
+    if (child->current_of_ != nullptr && child->current_of_ != this)
+        child->current_of_->hold_current(nullptr);  // its former owner's
+    if (child->current_ != nullptr || child->children_.count() > 0)
+        drop_circular_current(child);
+    child->owner_ = this;
+    child->stop_borrowing(kOwner);
+}
+
+/// The top of the tree that this responder stands in.
+GResponder* GResponder::root()
+{
+    GResponder* top = this;
+    while (top->owner_ != nullptr)
+        top = top->owner_;
+    return top;
+}
+
+/// A child that was removed, and stands alone since, may still be the current one of its former
+/// owner. With `child` in this tree, the path of current children must not lead round: from each
+/// tree to the one where its root is current, none of these may be that of `child`.
+void GResponder::drop_circular_current(const GResponder* child)
+{
+    GResponder* top = root();
+    while (GResponder* const holder = top->current_of_) {
+        top = holder->root();
+        if (top == child) {
+            holder->hold_current(nullptr);
+            return;
+        }
+    }
+}
+
+void GResponder::remove(GResponder* child)
+{
+    silent_remove(child);
+}
+
+bool GResponder::silent_remove(GResponder* child)
+{
+    if (child == nullptr || child->owner_ != this)
+        return false;
+    if ((state_ & state_exposed) != 0)
+        child->set_state(state_exposed, 0);
+    child->set_state(state_inserted, 0);
+    return delete_from_list(child);
+}
+
+/// Takes a child out of the list, wherever it stands there, and tells nobody.
+bool GResponder::delete_from_list(GResponder* child)
+{
+    if (child == nullptr || child->owner_ != this)
+        return false;
+    int index = children_.index_of(child);
+    if (index == children_.count())
+        return false;
+    own_children();
+    children_.remove_at(index);
+    while (has_doubles_ && (index = children_.index_of(child)) < children_.count())
+        children_.remove_at(index);
+    child->owner_ = nullptr;
+    return true;
+}
+
+GResponder& GResponder::operator+(GResponder* child)
+{
+    insert(child);
+    return *this;
+}
+
+GResponder& GResponder::operator-(GResponder* child)
+{
+    remove(child);
+    return *this;
+}
+
+void GResponder::rearrange(GResponder* child, GResponder* target)
+{
+    const int count = children_.count();
+    const int from = children_.index_of(child);
+    const int to = target == nullptr ? 0 : children_.index_of(target);
+    if (child == nullptr || from == count || to == count || to == from)
+        return;
+    own_children();
+    if (to < from) {
+        children_.move_entries(to + 1, to, from - to);
+        children_.put_at(to, child);
+        return;
+    }
+    std::vector<GResponder*> before;
+    for (int index = 0; index < count; ++index)
+        before.push_back(children_[index]);
+    children_.move_entries(to, to + 1, std::min(to - from, count - to - 1));
+    children_.put_at(to, child);
+    has_doubles_ = true;
+    for (GResponder* former : before) {
+        if (former->owner_ == this && children_.index_of(former) == count)
+            former->owner_ = nullptr;
+    }
+}
+
+unsigned char GResponder::makeFirst()
+{
+    GResponder* const owner = owner_;
+    if (owner == nullptr)
+        return 0;
+    const int index = owner->children_.index_of(this);
+    if (index == 0 || index == owner->children_.count() ||
+        owner->children_[index - 1]->Priority() > Priority())
+        return 0;
+    GResponder* const front = owner->first();
+    const std::uint32_t shown = state_ & static_cast<std::uint32_t>(state_shown);
+    state_ &= ~shown;
+    owner->delete_from_list(this);
+    owner->insert_to_list(this, front, 0);
+    if (owner_ == nullptr && index <= owner->children_.count())
+        owner->place(index, this);  // refused by an override: back to where it was
+    state_ |= shown;
+    return 1;
+}
+
+namespace {
+
+// What the callbacks of a sort that is running work on.
+using Compare = short (*)(const GResponder*, const GResponder*);
+constinit Compare g_compare = nullptr;
+constinit zmr::ChildList* g_sorted = nullptr;
+
+short compare_indices(long index1, long index2)
+{
+    return g_compare((*g_sorted)[static_cast<int>(index1)], (*g_sorted)[static_cast<int>(index2)]);
+}
+
+void swap_indices(long index1, long index2)
+{
+    g_sorted->swap(static_cast<int>(index1), static_cast<int>(index2));
+}
+
+}  // namespace
+
+void GResponder::sort(short (*compare)(const GResponder*, const GResponder*))
+{
+    own_children();
+    g_compare = compare;
+    g_sorted = &children_;
+    MSort::HSort(children_.count(), compare_indices, swap_indices);
+    reset_current();
+}
+
+void GResponder::simply_assign_current(GResponder* child)
+{
+    if (child == nullptr || (child->owner_ == this && contains(child) != 0))
+        hold_current(child);
+}
+
+/// Both sides know of each other, so that the pointer goes when the child ends, also after its
+/// removal. A child that was removed elsewhere and is current there ceases to be.
+void GResponder::hold_current(GResponder* child)
+{
+    if (current_ != nullptr && !borrows(kCurrent))
+        current_->current_of_ = nullptr;
+    stop_borrowing(kCurrent);
+    current_ = child;
+    if (child == nullptr)
+        return;
+    if (child->current_of_ != nullptr)
+        child->current_of_->current_ = nullptr;
+    child->current_of_ = this;
+}
+
+void GResponder::set_current(GResponder* child)
+{
+    if (child == current_)
+        return;
+    if (child != nullptr && ((child->options_ & option_selectable) == 0 || !child->is_shown()))
+        return;
+    focus_view(current_, 0);
+    select_view(current_, 0);
+    select_view(child, 1);
+    focus_view(child, 1);
+    simply_assign_current(child);
+}
+
+void GResponder::select_view(GResponder* child, unsigned char on)
+{
+    if (child != nullptr)
+        child->set_state(state_selected, on);
+}
+
+void GResponder::focus_view(GResponder* child, unsigned char on)
+{
+    if (child != nullptr && (state_ & state_focused) != 0)
+        child->set_state(state_focused, on);
+}
+
+void GResponder::reset_current()
+{
+    set_current(first_match(state_shown, option_selectable));
+}
