@@ -1,0 +1,404 @@
+// Responders beside Qt 6 and plain code that does the same work. Contestants take turns within each
+// repetition, so that a noisy machine disturbs all of them; what is printed are medians of
+// processor time and their ratios.
+//   bench_responder [NAME]     only the rows whose name holds NAME
+
+#include "ResponderPeers.h"
+#include "responder/GBehaviour.h"
+#include "responder/GResponder_Iterators.h"
+
+#include <malloc.h>
+#include <time.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <random>
+
+long g_handled = 0;
+
+std::vector<int> places_of(const TreeShape& shape)
+{
+    std::vector<int> places(static_cast<std::size_t>(shape.nodes));
+    for (int number = 0; number < shape.nodes; ++number)
+        places[static_cast<std::size_t>(number)] = number;
+    if (shape.shuffled)
+        std::shuffle(places.begin(), places.end(), std::mt19937(5));
+    return places;
+}
+
+std::vector<int> removal_order(int count)
+{
+    return places_of({count, 1, true});
+}
+
+namespace {
+
+constexpr auto kKind = static_cast<GEvent::GEventType>(0x10);
+constexpr int kRepetitions = 15;
+const char* g_wanted = "";
+
+double now_ns()
+{
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
+}
+
+double median(std::vector<double>& values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+double timed(const Work& work, int turns)
+{
+    const double start = now_ns();
+    for (int turn = 0; turn < turns; ++turn)
+        work();
+    return now_ns() - start;
+}
+
+/// What a peer's time divided by ours, or ours by the peer's, should reach.
+enum class Goal { AtLeastTimesFaster, AtMostTimesSlower };
+struct Contestant {
+    const char* name;
+    Work work;
+    Goal goal;
+    double bound;
+};
+
+bool is_wanted(const char* row)
+{
+    return std::strstr(row, g_wanted) != nullptr;
+}
+
+void print_ratio(double ours, double theirs, const Contestant& peer)
+{
+    const bool faster = peer.goal == Goal::AtLeastTimesFaster;
+    const double ratio = faster ? theirs / ours : ours / theirs;
+    const bool reached = faster ? ratio >= peer.bound : ratio <= peer.bound;
+    std::printf("; %s %.2f, %s %.2f (goal %s%.2g)%s", peer.name, theirs,
+                faster ? "ratio" : "ours is times", ratio, faster ? "" : "<= ", peer.bound,
+                reached ? "" : " MISSED");
+}
+
+/// One row: `per` units of work in a call.
+void compare(const char* row, const Work& ours, const std::vector<Contestant>& peers, double per)
+{
+    // Enough turns that a measurement takes some milliseconds.
+    ours();
+    const double once = std::max(timed(ours, 1), 50.0);
+    const int turns = static_cast<int>(std::clamp(3e6 / once, 1.0, 1e6));
+    std::vector<double> own;
+    std::vector<std::vector<double>> others(peers.size());
+    for (const Contestant& peer : peers)
+        peer.work();
+    for (int repetition = 0; repetition < kRepetitions; ++repetition) {
+        own.push_back(timed(ours, turns) / turns / per);
+        for (std::size_t number = 0; number < peers.size(); ++number)
+            others[number].push_back(timed(peers[number].work, turns) / turns / per);
+    }
+    const double median_own = median(own);
+    std::printf("%-34s %.2f ns", row, median_own);
+    for (std::size_t number = 0; number < peers.size(); ++number)
+        print_ratio(median_own, median(others[number]), peers[number]);
+    std::printf("\n");
+}
+
+/// Two rows, for work that comes in two halves.
+void compare_halves(const char* row1, const char* row2, const Halves& ours, const Halves& peer,
+                    double per, double goal1, double goal2, int turns)
+{
+    std::vector<double> times[4];
+    for (int repetition = 0; repetition < kRepetitions; ++repetition) {
+        double sums[4] = {};
+        for (int turn = 0; turn < turns; ++turn) {
+            sums[0] += timed(ours.first, 1);
+            sums[1] += timed(ours.second, 1);
+            ours.clean_up();
+            sums[2] += timed(peer.first, 1);
+            sums[3] += timed(peer.second, 1);
+            peer.clean_up();
+        }
+        for (int number = 0; number < 4; ++number)
+            times[number].push_back(sums[number] / turns / per);
+    }
+    const Contestant first = {"Qt", {}, Goal::AtLeastTimesFaster, goal1};
+    const Contestant second = {"Qt", {}, Goal::AtLeastTimesFaster, goal2};
+    double medians[4];
+    for (int number = 0; number < 4; ++number)
+        medians[number] = median(times[number]);
+    std::printf("%-34s %.2f ns", row1, medians[0]);
+    print_ratio(medians[0], medians[2], first);
+    std::printf("\n%-34s %.2f ns", row2, medians[1]);
+    print_ratio(medians[1], medians[3], second);
+    std::printf("\n");
+}
+
+struct EndTree {
+    void operator()(GResponder* root) const { GStreamable::Destroy(root); }
+};
+
+class Counting final : public GResponder {
+public:
+    void handle_event(GEvent& event) override
+    {
+        ++g_handled;
+        GResponder::handle_event(event);
+    }
+};
+
+/// Handles what it asked to be told.
+class Receiver final : public GResponder {
+public:
+    void handle_event(GEvent&) override { ++g_handled; }
+};
+
+class CountingBehaviour final : public GBehaviour {
+public:
+    void handle_event(GEvent&) override { ++g_handled; }
+};
+
+template <class T>
+std::shared_ptr<T> make_tree(const TreeShape& shape)
+{
+    std::vector<T*> allocated;
+    for (int number = 0; number < shape.nodes; ++number)
+        allocated.push_back(new T);
+    std::vector<T*> nodes;
+    for (const int place : places_of(shape))
+        nodes.push_back(allocated[static_cast<std::size_t>(place)]);
+    for (int number = 1; number < shape.nodes; ++number)
+        nodes[static_cast<std::size_t>(parent_of(number, shape.fan))]->insert_before(
+            nodes[static_cast<std::size_t>(number)], nullptr);
+    return std::shared_ptr<T>(nodes.front(), EndTree());
+}
+
+void count(const GResponder& responder)
+{
+    ++g_handled;
+    for (GResponder_Iterator child(responder); child(); ++child)
+        count(*child.object());
+}
+
+void run_events()
+{
+    constexpr double goals[] = {3, 2.5, 2};
+    constexpr int filters[] = {0, 1, 4};
+    for (int row = 0; row < 3; ++row) {
+        char name[64];
+        std::snprintf(name, sizeof name, "event, %d behaviours", filters[row]);
+        if (!is_wanted(name))
+            continue;
+        const auto responder = std::make_shared<Counting>();
+        for (int number = 0; number < filters[row]; ++number)
+            responder->attach(new CountingBehaviour);
+        const auto send = [responder] {
+            for (int turn = 0; turn < 1000; ++turn) {
+                GEvent event;
+                event.what = kKind;
+                GResponder::Message(responder.get(), event);
+            }
+        };
+        const std::size_t before = ::mallinfo2().uordblks;
+        send();
+        if (::mallinfo2().uordblks != before)
+            std::printf("an event allocates\n");
+        compare(name, send, {{"Qt", qt::event(filters[row]), Goal::AtLeastTimesFaster, goals[row]}},
+                1000);
+    }
+}
+
+void run_broadcasts()
+{
+    const auto run = [](const TreeShape& shape, double qt_goal, double plain_goal) {
+        char name[64];
+        std::snprintf(name, sizeof name, "broadcast, %d by %d%s", shape.nodes, shape.fan,
+                      shape.shuffled ? ", shuffled" : "");
+        if (!is_wanted(name))
+            return;
+        const auto root = make_tree<Counting>(shape);
+        const auto send = [root] {
+            GEvent event;
+            event.what = kKind;
+            GResponder::Message(root.get(), event);
+        };
+        compare(name, send,
+                {{"Qt", qt::broadcast(shape), Goal::AtLeastTimesFaster, qt_goal},
+                 {"recursion", plain::broadcast(shape), Goal::AtMostTimesSlower, plain_goal}},
+                shape.nodes);
+    };
+    for (const int fan : {4, 16, 100}) {
+        run({1000, fan, false}, 4, 2);
+        run({100'000, fan, false}, 3, 1.4);
+    }
+    run({100'000, 16, true}, 4, 1.5);
+}
+
+void run_notification()
+{
+    constexpr int kReceivers = 1000;
+    if (!is_wanted("notify 1000 receivers"))
+        return;
+    const auto sender = std::make_shared<GResponder>();
+    const auto receivers = std::make_shared<std::vector<std::unique_ptr<Receiver>>>();
+    for (int number = 0; number < kReceivers; ++number) {
+        receivers->push_back(std::make_unique<Receiver>());
+        sender->notify_when_modified(receivers->back().get(), kKind, 1);
+    }
+    compare(
+        "notify 1000 receivers", [sender, receivers] { sender->object_modified(); },
+        {{"Qt", qt::notify(kReceivers), Goal::AtLeastTimesFaster, 6}}, kReceivers);
+}
+
+Halves own_children(int owners, int children)
+{
+    auto parents = std::make_shared<std::vector<std::unique_ptr<GResponder>>>();
+    auto all = std::make_shared<std::vector<std::unique_ptr<GResponder>>>();
+    for (int owner = 0; owner < owners; ++owner)
+        parents->push_back(std::make_unique<GResponder>());
+    for (int child = 0; child < owners * children; ++child)
+        all->push_back(std::make_unique<GResponder>());
+    const auto append = [=] {
+        std::size_t next = 0;
+        for (const auto& parent : *parents) {
+            for (int child = 0; child < children; ++child)
+                parent->insert_before((*all)[next++].get(), nullptr);
+        }
+    };
+    const auto remove = [=, order = removal_order(children)] {
+        for (int owner = 0; owner < owners; ++owner) {
+            for (const int child : order)
+                (*parents)[static_cast<std::size_t>(owner)]->remove(
+                    (*all)[static_cast<std::size_t>(owner * children + child)].get());
+        }
+    };
+    return {append, remove, [] {}};
+}
+
+void run_children()
+{
+    for (const int children : {4, 100, 10'000}) {
+        char append[64];
+        char remove[64];
+        std::snprintf(append, sizeof append, "append, %d children", children);
+        std::snprintf(remove, sizeof remove, "remove, %d children", children);
+        if (!is_wanted(append) && !is_wanted(remove))
+            continue;
+        const int owners = 10'000 / children;
+        compare_halves(append, remove, own_children(owners, children),
+                       qt::children(owners, children), 10'000, 6, children < 10'000 ? 6 : 1, 3);
+    }
+}
+
+void run_tree()
+{
+    for (const bool shuffled : {false, true}) {
+        const char* name = shuffled ? "walk, 100000 by 16, shuffled" : "walk, 100000 by 16";
+        const TreeShape shape = {100'000, 16, shuffled};
+        if (is_wanted(name))
+            compare(
+                name, [root = make_tree<GResponder>(shape)] { count(*root); },
+                {{"Qt", qt::walk(shape), Goal::AtLeastTimesFaster, 2.5}}, shape.nodes);
+    }
+    if (!is_wanted("build, 100000 by 16") && !is_wanted("teardown, 100000 by 16"))
+        return;
+    const TreeShape shape = {100'000, 16, false};
+    auto root = std::make_shared<GResponder*>(nullptr);
+    const auto build = [=] {
+        std::vector<GResponder*> nodes = {new GResponder};
+        for (int number = 1; number < shape.nodes; ++number) {
+            nodes.push_back(new GResponder);
+            nodes[static_cast<std::size_t>(parent_of(number, shape.fan))]->insert_before(
+                nodes.back(), nullptr);
+        }
+        *root = nodes.front();
+    };
+    compare_halves("build, 100000 by 16", "teardown, 100000 by 16",
+                   {build, [root] { GStreamable::Destroy(*root); }, [] {}},
+                   qt::build_and_end(shape), shape.nodes, 2.5, 3.5, 1);
+}
+
+void run_states()
+{
+    for (const int nodes : {1000, 10'000}) {
+        char name[64];
+        std::snprintf(name, sizeof name, "state bit, %d by 10", nodes);
+        if (!is_wanted(name))
+            continue;
+        const TreeShape shape = {nodes, 10, false};
+        const auto set = [root = make_tree<GResponder>(shape), on = false]() mutable {
+            on = !on;
+            root->set_state(GResponder::state_disabled, on ? 1 : 0);
+        };
+        compare(name, set,
+                {{"QWidget", qt::state(shape), Goal::AtLeastTimesFaster, 20},
+                 {"recursion", plain::state(shape), Goal::AtMostTimesSlower, 2}},
+                nodes);
+    }
+}
+
+void run_commands()
+{
+    for (const unsigned long step : {1UL, 97UL}) {
+        const char* name = step == 1 ? "1000 command reads, dense" : "1000 command reads, sparse";
+        if (!is_wanted(name))
+            continue;
+        CommandIds ids;
+        for (unsigned long number = 0; number < 1000; ++number) {
+            ids.ids.push_back(number * step);
+            GResponder::CheckCommand(number * step, 1);
+        }
+        const auto read = [ids = ids.ids] {
+            long enabled = 0;
+            for (const unsigned long id : ids)
+                enabled += GResponder::CommandEnabled(id) ? 1 : 0;
+            g_handled += enabled;
+        };
+        compare(name, read,
+                {{"QAction", qt::commands(ids), Goal::AtLeastTimesFaster, 2.5},
+                 {"packed fields", plain::commands(ids), Goal::AtMostTimesSlower, 1.1}},
+                1000);
+    }
+}
+
+void run_rest()
+{
+    if (is_wanted("idle pass without idlers")) {
+        const auto pass = [] {
+            for (int turn = 0; turn < 1000; ++turn)
+                GIdler::CallAllIdleFunctions();
+        };
+        compare("idle pass without idlers", pass, {}, 1000);
+    }
+    if (!is_wanted("bytes of a bare object"))
+        return;
+    constexpr std::size_t kObjects = 1000;
+    std::vector<std::unique_ptr<GResponder>> objects(kObjects);
+    const std::size_t before = ::mallinfo2().uordblks;
+    for (auto& object : objects)
+        object = std::make_unique<GResponder>();
+    const std::size_t own = (::mallinfo2().uordblks - before) / kObjects;
+    const std::size_t theirs = qt::object_bytes();
+    std::printf("%-34s %zu; QObject %zu%s\n", "bytes of a bare object", own, theirs,
+                own <= theirs ? "" : " MISSED");
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc > 1)
+        g_wanted = argv[1];
+    qt::start(argc, argv);
+    run_events();
+    run_broadcasts();
+    run_notification();
+    run_children();
+    run_tree();
+    run_states();
+    run_commands();
+    run_rest();
+    return g_handled > 0 ? 0 : 1;
+}
