@@ -78,7 +78,11 @@ function(zmr_add_library)
         zmr_runtime_beside(${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
         configure_file(${PROJECT_SOURCE_DIR}/cmake/windows/version.rc.in
                        ${PROJECT_BINARY_DIR}/version.rc @ONLY)
-        target_sources(ZMR_GV PRIVATE ${PROJECT_BINARY_DIR}/version.rc)
+        target_sources(ZMR_GV PRIVATE
+            ${PROJECT_BINARY_DIR}/version.rc
+            ${PROJECT_SOURCE_DIR}/platform/platform.rc)
+        set_source_files_properties(${PROJECT_SOURCE_DIR}/platform/platform.rc PROPERTIES
+            OBJECT_DEPENDS ${PROJECT_SOURCE_DIR}/platform/PlatformIds.h)
     elseif(NOT ZMR_BUILD_FUZZERS)
         target_link_options(ZMR_GV PRIVATE LINKER:--no-undefined)
     endif()

@@ -47,13 +47,6 @@ bool is_control_color(UINT message)
     return WM_CTLCOLORMSGBOX <= message && message <= WM_CTLCOLORSTATIC;
 }
 
-/// The id of the control that a notification is from: that of its window, where it has one.
-UINT id_of_sender(HWND control, WPARAM otherwise)
-{
-    const int id = control != nullptr ? ::GetDlgCtrlID(control) : 0;
-    return id != 0 ? static_cast<UINT>(id) : static_cast<UINT>(otherwise);
-}
-
 /// Whether a command may run, asked of its update handler.
 class CommandTest : public CCmdUI {
 public:
@@ -172,13 +165,14 @@ BOOL CWnd::OnCommand(WPARAM wparam, LPARAM lparam)
     return OnCmdMsg(id, HIWORD(wparam), nullptr, nullptr);
 }
 
-BOOL CWnd::OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result)
+BOOL CWnd::OnNotify(WPARAM, LPARAM lparam, LRESULT* result)
 {
     const auto header = reinterpret_cast<NMHDR*>(lparam);
     if (ReflectLastMsg(header->hwndFrom, result))
         return TRUE;
     AFX_NOTIFY notify{result, header};
-    return OnCmdMsg(id_of_sender(header->hwndFrom, wparam),
+    // By the sender's own id: a tip's is 0, whatever tool it asks about.
+    return OnCmdMsg(static_cast<UINT>(::GetDlgCtrlID(header->hwndFrom)),
                     static_cast<int>(MAKELONG(header->code, WM_NOTIFY)), &notify, nullptr);
 }
 

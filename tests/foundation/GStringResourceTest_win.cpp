@@ -1,6 +1,9 @@
 #include "foundation/GDynamicLinkLibrary.h"
 #include "foundation/GString.h"
 
+#include "platform/PlatformIds.h"
+#include "platform/StringTable.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdarg>
@@ -49,4 +52,12 @@ TEST(GStringResource, MissingNumber_GivesTheEmptyText)
     GString text("before");
     EXPECT_FALSE(text.loadString(library.module, 29999));
     EXPECT_TRUE(text.is_empty());
+}
+
+TEST(GStringResource, TextOfTheLibrary_ServesProgramsWithoutOne)
+{
+    std::string text;
+
+    EXPECT_TRUE(zmr::find_string(AFX_IDP_PARSE_REAL, text));
+    EXPECT_EQ(text, "Please enter a number.");
 }

@@ -297,6 +297,16 @@ TEST_F(CWndMessages, NotifyRange_OverAllIds)
     EXPECT_EQ(window_.calls, Calls{"any 77"});
 }
 
+TEST_F(CWndMessages, NotifyFromATip_IsTheTipsIdZeroWhateverToolItAsksAbout)
+{
+    CWnd tip;
+    ASSERT_TRUE(tip.CreateEx(0, TOOLTIPS_CLASS, "", WS_POPUP, CRect(0, 0, 5, 5), &window_, 0));
+    NMHDR header{tip.m_hWnd, 0x1'0000'1234, static_cast<UINT>(TTN_NEEDTEXTA)};
+
+    EXPECT_EQ(window_.SendMessage(WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header)), 3);
+    EXPECT_EQ(window_.calls, Calls{"any 0"});
+}
+
 TEST_F(CWndMessages, ControlColor_ChildsBrushWinsAndWithoutOneTheSystemsIsUsed)
 {
     ReflectingEdit edit;
