@@ -180,7 +180,7 @@ void EditorFrame::OnUpdateCounts(CCmdUI* state)
     editor::RowCounts counts;
     counts.directories = list_.rows().directories();
     counts.entries = list_.rows().entries();
-    counts.shown_entries = list_.rows().shown_entries();
+    counts.shown = list_.rows().shown().size();
     counts.is_filtered = list_.rows().is_filtered();
     counts.is_complete = is_complete_;
     if (const UINT selected = list_.GetSelectedCount(); selected > 1)

@@ -36,6 +36,8 @@ void EditorFrame::show_title()
 
 void EditorFrame::show_directory(const editor::DirectoryPath& path)
 {
+    if (path != path_)
+        filter_.SetWindowText("");  // it was typed for the entries that were shown
     path_ = path;
     ++listing_;
     is_complete_ = false;

@@ -24,11 +24,17 @@ std::string with_thousands(std::size_t number)
 std::string counts_text(const RowCounts& counts)
 {
     std::string text;
-    if (counts.directories > 0 && !counts.is_filtered)
-        text = counted(counts.directories, "directory", "directories") + ", ";
-    if (counts.is_filtered)
-        text += with_thousands(counts.shown_entries) + " of ";
-    text += counted(counts.entries, "entry", "entries");
+    if (counts.is_filtered) {
+        text = with_thousands(counts.shown) + " of " +
+               with_thousands(counts.directories + counts.entries) + " shown";
+    } else {
+        if (counts.directories > 0)
+            text = counted(counts.directories, "directory", "directories");
+        if (counts.directories > 0 && counts.entries > 0)
+            text += ", ";
+        if (counts.directories == 0 || counts.entries > 0)
+            text += counted(counts.entries, "entry", "entries");
+    }
     if (!counts.is_complete)
         text += " so far";
     if (counts.selected > 0)

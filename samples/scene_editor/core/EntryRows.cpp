@@ -76,12 +76,9 @@ void EntryRows::append(RowBatch batch)
         rows_.push_back({both.substr(0, record.length), both.substr(record.length, record.length),
                          class_index[record.class_index], record.kind, true});
         order_.push_back(id);
-        const bool is_entry = record.kind == RowKind::Entry;
-        entries_ += is_entry ? 1 : 0;
-        if (passes(id)) {
+        entries_ += record.kind == RowKind::Entry ? 1 : 0;
+        if (passes(id))
             shown_.push_back(id);
-            shown_entries_ += is_entry ? 1 : 0;
-        }
     }
 }
 
@@ -195,12 +192,9 @@ void EntryRows::show_from(const std::vector<Id>& candidates)
 {
     std::vector<Id> passing;
     passing.reserve(candidates.size());
-    shown_entries_ = 0;
     for (const Id id : candidates) {
-        if (!passes(id))
-            continue;
-        passing.push_back(id);
-        shown_entries_ += rows_[id].kind == RowKind::Entry ? 1 : 0;
+        if (passes(id))
+            passing.push_back(id);
     }
     shown_ = std::move(passing);
 }

@@ -81,7 +81,6 @@ public:
 
     [[nodiscard]] std::size_t entries() const { return entries_; }
     [[nodiscard]] std::size_t directories() const { return order_.size() - entries_; }
-    [[nodiscard]] std::size_t shown_entries() const { return shown_entries_; }
 
 private:
     struct Row {
@@ -106,7 +105,6 @@ private:
     std::vector<bool> class_matches_;  ///< By class: whether its name passes the filter.
     std::string filter_;               ///< Folded.
     std::size_t entries_ = 0;
-    std::size_t shown_entries_ = 0;
 };
 
 }  // namespace editor

@@ -46,11 +46,6 @@ std::string open_reason(const std::string& file, const ResourceFile& library)
     return file + ": " + (reason.empty() ? "it can't be opened." : std::string(reason));
 }
 
-struct DestroyObject {
-    void operator()(GStreamable* object) const { GStreamable::Destroy(object); }
-};
-using OwnedObject = std::unique_ptr<GStreamable, DestroyObject>;
-
 // `picture` in the size that a square of `size_px` has room for; null keeps the picture.
 std::unique_ptr<PixelMap> shrunk(const PixelMap& picture, int size_px)
 {
@@ -71,6 +66,13 @@ std::string size_text(const PixelMap& picture)
 }
 
 }  // namespace
+
+PreviewLoaded draw_preview(PreviewRead read, int size_px)
+{
+    if (PixelMap* const drawn = GIconMaker::Make(*read.object, size_px))
+        read.preview.picture.reset(drawn);
+    return std::move(read.preview);
+}
 
 LibrarySession::LibrarySession() = default;
 LibrarySession::~LibrarySession() = default;
@@ -194,38 +196,38 @@ std::unique_ptr<PixelMap> LibrarySession::load_icon(const DirectoryPath& path,
     return fitted;
 }
 
-PreviewLoaded LibrarySession::load_preview(const DirectoryPath& path, const std::string& name,
-                                           int size_px) const
+PreviewRead LibrarySession::load_preview(const DirectoryPath& path, const std::string& name,
+                                         int size_px) const
 {
-    PreviewLoaded preview{path, name, {}, nullptr, nullptr, {}};
+    PreviewRead read;
+    PreviewLoaded& preview = read.preview;
+    preview.path = path;
+    preview.name = name;
     ODB_Mediator* const mediator =
         database_ != nullptr ? database_->get_mediator(mediator_name(path, name)) : nullptr;
     if (mediator == nullptr) {
         preview.caption = "The entry is not there any more.";
-        return preview;
+        return read;
     }
     preview.class_name = mediator->get_object_class_name().view();
-    if (const OwnedObject object(mediator->get_object()); object != nullptr) {
-        if (const auto* const picture = dynamic_cast<const PixelMap*>(object.get())) {
-            preview.picture = std::make_unique<PixelMap>(*picture);
-            preview.smaller = shrunk(*picture, size_px);
-            preview.caption = size_text(*picture);
-            return preview;
-        }
-        preview.picture.reset(GIconMaker::Make(*object, size_px));
-        if (preview.picture != nullptr)
-            return preview;
-        preview.caption = "This object has no picture.";
-    } else if (mediator->get_object_class_identifier() == nullptr) {
-        preview.caption = "Its class is not known here: a module is missing.";
-    } else {
-        preview.caption = "Its content is missing or damaged.";
+    read.object.reset(mediator->get_object());
+    if (const auto* const picture = dynamic_cast<const PixelMap*>(read.object.get())) {
+        preview.picture = std::make_unique<PixelMap>(*picture);
+        preview.smaller = shrunk(*picture, size_px);
+        preview.caption = size_text(*picture);
+        read.object.reset();
+        return read;
     }
     if (const PixelMap* const icon = mediator->get_icon()) {
         preview.picture = std::make_unique<PixelMap>(*icon);
         mediator->unload_icon();
     }
-    return preview;
+    if (read.object == nullptr) {
+        preview.caption = mediator->get_object_class_identifier() == nullptr
+                              ? "Its class is not known here: a module is missing."
+                              : "Its content is missing or damaged.";
+    }
+    return read;
 }
 
 std::optional<std::string> LibrarySession::rename(const DirectoryPath& path,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/GStreamable.h"
 #include "scene_editor/core/LibraryResults.h"
 
 #include <memory>
@@ -10,6 +11,21 @@
 class ObjectDatabase;
 
 namespace editor {
+
+struct DestroyObject {
+    void operator()(GStreamable* object) const { GStreamable::Destroy(object); }
+};
+/// An object with one owner, ended as the object model asks.
+using OwnedObject = std::unique_ptr<GStreamable, DestroyObject>;
+
+/// What an entry shows, and, where that is not the best it can show, the object to draw.
+struct PreviewRead {
+    PreviewLoaded preview;
+    OwnedObject object;
+};
+/// The preview with a drawing of the object, at most `size_px` a side, in the place of its picture.
+/// Any thread, as far as the makers of the pictures keep to their contract.
+[[nodiscard]] PreviewLoaded draw_preview(PreviewRead read, int size_px);
 
 /// The open library, and the listing that is under way. All of it lives in one thread, the one that
 /// makes it. Only `load_preview` reads objects.
@@ -37,10 +53,10 @@ public:
     /// The icon, at most `size_px` a side. The stored one is not kept in memory.
     [[nodiscard]] std::unique_ptr<PixelMap> load_icon(const DirectoryPath& path,
                                                       const std::string& name, int size_px) const;
-    /// A picture of the object: itself where it is one, else one that is made of it with `size_px`
-    /// a side, else its icon.
-    [[nodiscard]] PreviewLoaded load_preview(const DirectoryPath& path, const std::string& name,
-                                             int size_px) const;
+    /// The object itself where it is a picture, also in a form of at most `size_px` a side; else
+    /// its icon, and the object.
+    [[nodiscard]] PreviewRead load_preview(const DirectoryPath& path, const std::string& name,
+                                           int size_px) const;
 
     /// Renames an entry and commits it. The reason as a sentence when that is refused: the name is
     /// empty or in use, the entry is gone, or nothing can be written.

@@ -9,7 +9,9 @@
 namespace editor {
 
 LibraryWorker::LibraryWorker(std::function<void()> results_wait)
-    : results_wait_(std::move(results_wait)), thread_([this] { run(); })
+    : results_wait_(std::move(results_wait)),
+      drawing_thread_([this] { run_drawing(); }),
+      thread_([this] { run(); })
 {
 }
 
@@ -20,7 +22,9 @@ LibraryWorker::~LibraryWorker()
         ends_ = true;
     }
     work_waits_.notify_all();
+    drawing_waits_.notify_all();
     thread_.join();
+    drawing_thread_.join();
 }
 
 void LibraryWorker::open(const std::string& file)
@@ -117,7 +121,8 @@ void LibraryWorker::wait_until_idle()
 {
     std::unique_lock lock(mutex_);
     idle_.wait(lock, [this] {
-        return !is_busy_ && tasks_.empty() && icons_.entries.empty() && !preview_ && !is_listing_;
+        return !is_busy_ && tasks_.empty() && icons_.entries.empty() && !preview_ && !is_listing_ &&
+               !to_draw_ && !is_drawing_;
     });
 }
 
@@ -169,9 +174,7 @@ LibraryWorker::Task LibraryWorker::next_task()
     }
     if (preview_) {
         const WantedPreview wanted = *std::exchange(preview_, std::nullopt);
-        return [this, wanted](LibrarySession& session) {
-            give(session.load_preview(wanted.path, wanted.name, wanted.size_px));
-        };
+        return [this, wanted](LibrarySession& session) { load_preview(session, wanted); };
     }
     const bool icon_waits = !icons_.entries.empty();
     if (icon_waits && (icon_is_next_ || !is_listing_)) {
@@ -200,6 +203,52 @@ void LibraryWorker::list_more(LibrarySession& session)
         batch_rows_ = kRowsOfBatch;
     }
     give(std::move(rows));
+}
+
+void LibraryWorker::load_preview(LibrarySession& session, const WantedPreview& wanted)
+{
+    auto read = std::make_unique<PreviewRead>(
+        session.load_preview(wanted.path, wanted.name, wanted.size_px));
+    if (read->object == nullptr) {
+        give(std::move(read->preview));
+        return;
+    }
+    // First what is there already.
+    PreviewLoaded first;
+    first.path = read->preview.path;
+    first.name = read->preview.name;
+    first.class_name = read->preview.class_name;
+    if (read->preview.picture != nullptr)
+        first.picture = std::make_unique<PixelMap>(*read->preview.picture);
+    give(std::move(first));
+    {
+        const std::lock_guard lock(mutex_);
+        std::swap(to_draw_, read);
+        drawing_size_px_ = wanted.size_px;
+    }
+    drawing_waits_.notify_all();
+}
+
+void LibraryWorker::run_drawing()
+{
+    std::unique_lock lock(mutex_);
+    while (true) {
+        drawing_waits_.wait(lock, [this] { return ends_ || to_draw_ != nullptr; });
+        if (ends_)
+            return;
+        const std::unique_ptr<PreviewRead> read = std::exchange(to_draw_, nullptr);
+        const int size_px = drawing_size_px_;
+        is_drawing_ = true;
+        lock.unlock();
+        try {
+            give(draw_preview(std::move(*read), size_px));
+        } catch (const std::exception& failure) {
+            give(ChangeRefused{failure.what()});
+        }
+        lock.lock();
+        is_drawing_ = false;
+        idle_.notify_all();
+    }
 }
 
 void LibraryWorker::give(LibraryResult result)

@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -12,8 +13,10 @@
 namespace editor {
 
 class LibrarySession;
+struct PreviewRead;
 
-/// Works on a library in a thread of its own, which alone has the library. Requests return at once;
+/// Works on a library in a thread of its own, which alone has the library; a second one draws
+/// previews, which may take long. Requests return at once;
 /// results wait in a queue. Changes are made in the order in which they were asked for; a listing
 /// under way lets other work between its batches.
 class LibraryWorker {
@@ -65,9 +68,11 @@ private:
 
     void add_task(Task task);
     void run();
+    void run_drawing();
     /// The next piece of work, in the order of urgency; null when there is none. Under the lock.
     [[nodiscard]] Task next_task();
     void list_more(LibrarySession& session);
+    void load_preview(LibrarySession& session, const WantedPreview& wanted);
     void give(LibraryResult result);
 
     std::function<void()> results_wait_;
@@ -83,7 +88,12 @@ private:
     bool is_busy_ = false;
     bool ends_ = false;
     std::deque<LibraryResult> results_;
-    std::thread thread_;  ///< Last: it uses the rest.
+    std::condition_variable drawing_waits_;
+    std::unique_ptr<PreviewRead> to_draw_;  ///< The newest preview; it replaces one still waiting.
+    int drawing_size_px_ = 0;
+    bool is_drawing_ = false;
+    std::thread drawing_thread_;
+    std::thread thread_;  ///< The threads come last: they use the rest.
 };
 
 }  // namespace editor

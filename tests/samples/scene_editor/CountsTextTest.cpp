@@ -19,16 +19,25 @@ TEST(CountsText, OneOfEach_IsNotPlural)
     EXPECT_EQ(editor::counts_text(counts), "1 directory, 1 entry");
 }
 
-TEST(CountsText, Filtered_TellsHowManyOfAll)
+TEST(CountsText, DirectoriesAlone_AreNotFollowedByNoEntries)
+{
+    editor::RowCounts counts;
+    EXPECT_EQ(editor::counts_text(counts), "0 entries");
+
+    counts.directories = 2;
+    EXPECT_EQ(editor::counts_text(counts), "2 directories");
+}
+
+TEST(CountsText, Filtered_TellsHowManyRowsOfAll)
 {
     editor::RowCounts counts;
     counts.directories = 3;
     counts.entries = 1204;
-    counts.shown_entries = 12;
+    counts.shown = 12;
     counts.selected = 2;
     counts.is_filtered = true;
 
-    EXPECT_EQ(editor::counts_text(counts), "12 of 1,204 entries, 2 selected");
+    EXPECT_EQ(editor::counts_text(counts), "12 of 1,207 shown, 2 selected");
 }
 
 TEST(CountsText, RowsStillCome_SaysSo)

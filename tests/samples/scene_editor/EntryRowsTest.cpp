@@ -68,7 +68,6 @@ TEST(EntryRows, Filter_MatchesNameInEitherCase)
 
     EXPECT_TRUE(rows.set_filter("CUP"));
     EXPECT_THAT(shown_names(rows), ElementsAre("Cup.png"));
-    EXPECT_EQ(rows.shown_entries(), 1U);
 }
 
 TEST(EntryRows, Filter_MatchesClass)
@@ -108,7 +107,6 @@ TEST(EntryRows, Filter_Emptied_ShowsAllAgain)
 
     rows.set_filter("");
     EXPECT_EQ(rows.shown().size(), 6U);
-    EXPECT_EQ(rows.shown_entries(), 4U);
 }
 
 TEST(EntryRows, Filter_TypedAndDeletedAtRandom_ShowsWhatASearchOfAllShows)

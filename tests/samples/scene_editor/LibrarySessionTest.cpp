@@ -143,10 +143,12 @@ TEST(LibrarySession, Preview_OfAPicture_IsThePictureItself)
     const SampleLibrary library;
     LibrarySession session;
     static_cast<void>(session.open(library.file()));
-    const editor::PreviewLoaded preview = session.load_preview({}, "root a", 64);
+    const editor::PreviewLoaded preview = session.load_preview({}, "root a", 64).preview;
 
     ASSERT_NE(preview.picture, nullptr);
     EXPECT_EQ(preview.picture->get_width(), 200);
+    ASSERT_NE(preview.smaller, nullptr);
+    EXPECT_EQ(preview.smaller->get_width(), 64);
     EXPECT_EQ(preview.class_name, "PixelMap");
     EXPECT_EQ(preview.caption, "200 \xC3\x97 100 pixels");
 }
@@ -157,8 +159,8 @@ TEST(LibrarySession, Preview_OfAMissingEntry_SaysSo)
     LibrarySession session;
     static_cast<void>(session.open(library.file()));
 
-    EXPECT_EQ(session.load_preview({}, "no such", 64).picture, nullptr);
-    EXPECT_THAT(session.load_preview({}, "no such", 64).caption, HasSubstr("not there"));
+    EXPECT_EQ(session.load_preview({}, "no such", 64).preview.picture, nullptr);
+    EXPECT_THAT(session.load_preview({}, "no such", 64).preview.caption, HasSubstr("not there"));
 }
 
 TEST(LibrarySession, Rename_IsCommittedWithTheIcon)
