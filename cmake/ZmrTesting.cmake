@@ -10,14 +10,16 @@ set(BUILD_GMOCK ON)
 add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
 include(GoogleTest)
 
-# zmr_add_test(<folder> SOURCES <source>... LINK <target>... [TIMEOUT <seconds>] [DATA <folder>])
+# zmr_add_test(<folder> SOURCES <source>... LINK <target>... [TIMEOUT <seconds>] [DATA <folder>]
+#              [DISPLAY])
 # builds the program test_<folder>. LINK names folders' targets, whose objects and those of all the
 # floors below are taken in directly, and other libraries. The tests are called
 # <lane>.<folder>.<Suite>.<Case>; they are looked up when ctest starts, not during the build. In the
 # win lane a test of ctest is a whole suite, <lane>.<folder>.<Suite>, because each start of Wine
-# costs more than most cases do. DATA is given to the program as ZMR_TEST_DATA.
+# costs more than most cases do. DATA is given to the program as ZMR_TEST_DATA. DISPLAY: the program
+# opens windows; those of two programs at once would take the focus from each other.
 function(zmr_add_test folder)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT;DATA" "SOURCES;LINK")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "DISPLAY" "TIMEOUT;DATA" "SOURCES;LINK")
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
@@ -32,6 +34,9 @@ function(zmr_add_test folder)
     zmr_windows_program(${program})
 
     set(properties TIMEOUT ${arg_TIMEOUT} LABELS ${folder})
+    if(arg_DISPLAY)
+        list(APPEND properties RESOURCE_LOCK display)
+    endif()
     if(NOT WIN32)
         gtest_discover_tests(${program}
             DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
