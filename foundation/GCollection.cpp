@@ -17,6 +17,7 @@ namespace {
 
 constexpr long kMaxCount = 0x0FFFFFFF;  // 2 GiB of pointers
 constexpr unsigned char kVersion = 0;
+constexpr unsigned long kMaxReadDelta = 4096;  ///< Of a step of growth that a stream tells.
 
 std::size_t bytes_of(long count)
 {
@@ -83,10 +84,12 @@ void GCollection::read(ipstream& in)
 
     empty();
     owns_items = owns;
-    delta_ = static_cast<long>(std::clamp(told_delta, 1UL, static_cast<unsigned long>(kMaxCount)));
+    // Memory comes with the items, whatever the data says of steps.
+    delta_ = 1;
     // An item that throws leaves the ones before it, which are freed as any other.
     for (unsigned long index = 0; index < told_count; ++index)
         append_item(read_item(in));
+    delta_ = static_cast<long>(std::clamp(told_delta, 1UL, kMaxReadDelta));
 }
 
 void GCollection::write(opstream& out)
