@@ -18,12 +18,15 @@ class ZMR_GV_API GCommandSet : public BitSet {
 public:
     [[nodiscard]] GCommandState operator[](unsigned long id) const
     {
-        const std::uint64_t bit = std::uint64_t{static_cast<std::uint32_t>(id)} * 2;
-        if (bit >= size)
+        const auto number = static_cast<std::uint32_t>(id);
+        if (number >= (size + 1) / 2)
             return command_enabled;
-        return static_cast<GCommandState>(
-            words[static_cast<std::size_t>(bit / kWordBits)] >> (bit % kWordBits) & 3U);
+        return static_cast<GCommandState>(words[number / kIdsPerWord] >> (number * 2 % kWordBits) &
+                                          3U);
     }
     /// Grows to `id` when it lies beyond the end.
     void set(unsigned long id, GCommandState state);
+
+private:
+    static constexpr std::uint32_t kIdsPerWord = kWordBits / 2;
 };

@@ -2,10 +2,12 @@
 #include "responder/GResponder.h"
 #include "responder/RunningDispatch.h"
 
+#include <algorithm>
+
 namespace {
 
 /// So many children in front of the present one, the next ones are fetched into the cache.
-constexpr int kAhead = 8;
+constexpr int kAhead = 4;
 
 }  // namespace
 
@@ -121,7 +123,7 @@ void GResponder::broadcast(GEvent& event)
     GResponder* const current = current_;
     if (current != nullptr)
         Message(current, event);
-    for (int index = 0; index < kAhead; ++index)
+    for (int index = 0; index < std::min(kAhead, children_.count()); ++index)
         children_.prefetch(index);
     for (int index = 0; running.alive() && index < children_.count(); ++index) {
         if (event.what == 0)

@@ -100,8 +100,11 @@ void GResponder::object_modified()
         if (index + kAhead < linked_objects_->count)
             __builtin_prefetch(link_at(*linked_objects_, index + kAhead)->target);
         const NotificationLink& link = *link_at(*linked_objects_, index);
-        Message(static_cast<GResponder*>(link.target), link.event_kind, link.event_word,
-                static_cast<void*>(this));
+        GEvent event;
+        event.what = link.event_kind;
+        event.info_word = link.event_word;
+        event.info_long = reinterpret_cast<std::intptr_t>(this);
+        Message(static_cast<GResponder*>(link.target), event);
     }
 }
 

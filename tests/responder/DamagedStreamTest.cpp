@@ -248,6 +248,31 @@ TEST(DamagedResponderStream, OtherObjectsInTheListOfChildren_AreLeftOutAndFreed)
     EXPECT_EQ(TestBehaviour::alive, alive + 1);  // the one that was written
 }
 
+TEST(DamagedResponderStream, PaletteWithAHugeStepOfGrowth_TakesLittleMemory)
+{
+    ompstream out;
+    out.writeByte(0);  // sorted collection: version, no duplicates
+    out.writeByte(0);
+    out.writeByte(0);  // collection: version, base part, owner of its items, step, count
+    out.writeByte(0);
+    out.writeByte(1);
+    out.writeDWord(0x0FFFFFFF);
+    out.writeDWord(1);
+    out.writeDWord(7);
+    for (int colour = 0; colour < 3; ++colour)
+        out.writeByte(9);
+    impstream in(out.bytes());
+    struct Measured : PaletteCollection {
+        [[nodiscard]] long room() const { return limit_; }
+    } palette;
+
+    palette.read(in);
+    palette.add_entry(8, RGB_Color());
+
+    EXPECT_EQ(palette.count, 2);
+    EXPECT_LT(palette.room(), 10'000);
+}
+
 TEST(DamagedResponderStream, PaletteOfTwoOwners_IsRefused)
 {
     ompstream out;
