@@ -35,6 +35,7 @@ public:
 protected:
     DECLARE_MESSAGE_MAP()
     BOOL PreCreateWindow(CREATESTRUCT& creation) override;
+    BOOL OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result) override;
 
     int OnCreate(LPCREATESTRUCT creation);
     void OnDestroy();

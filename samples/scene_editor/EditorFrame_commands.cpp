@@ -195,6 +195,17 @@ void EditorFrame::OnUpdateName(CCmdUI* state)
     state->SetText(row ? std::string(list_.rows().name(*row)).c_str() : "");
 }
 
+BOOL EditorFrame::OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result)
+{
+    // One for each row when all are selected. Nobody asks: idle turns see what is selected.
+    const UINT code = reinterpret_cast<NMHDR*>(lparam)->code;
+    if (wparam == IDC_ENTRIES && (code == LVN_ITEMCHANGING || code == LVN_ITEMCHANGED)) {
+        *result = 0;
+        return TRUE;
+    }
+    return CFrameWnd::OnNotify(wparam, lparam, result);
+}
+
 void EditorFrame::OnFilterChanged()
 {
     list_.set_filter(text_of(filter_));

@@ -17,7 +17,13 @@ constexpr int kClassWidthAt96 = 120;
 enum Image { kBlankImage, kDirectoryImage, kEntryImage, kFirstSlot };
 constexpr int kSlots = 256;  // some screens full
 
-constexpr UINT kMostSingleDeselections = 4;
+constexpr UINT kManyRows = 256;
+
+// Whether the keys that are held now add to the selection.
+bool keeps_selection()
+{
+    return ::GetKeyState(VK_SHIFT) < 0 || ::GetKeyState(VK_CONTROL) < 0;
+}
 
 constexpr UINT kSelected = LVIS_SELECTED | LVIS_FOCUSED;
 
@@ -40,6 +46,8 @@ BEGIN_MESSAGE_MAP(EntryList, CListCtrl)
     ON_NOTIFY_REFLECT(LVN_GETDISPINFOA, &EntryList::OnGetDispInfo)
     ON_NOTIFY_REFLECT(LVN_ODFINDITEMA, &EntryList::OnFindItem)
     ON_WM_NCLBUTTONDOWN()
+    ON_WM_LBUTTONDOWN()
+    ON_WM_KEYDOWN()
 END_MESSAGE_MAP()
 
 EntryList::EntryList() : icons_(kSlots) {}
@@ -153,7 +161,9 @@ std::vector<EntryList::Id> EntryList::selected_entries() const
 
 void EntryList::select_all()
 {
+    SetRedraw(FALSE);  // or each row is drawn by itself
     SetItemState(-1, LVIS_SELECTED, LVIS_SELECTED);
+    SetRedraw(TRUE);
 }
 
 void EntryList::select_only(std::size_t position)
@@ -241,17 +251,45 @@ void EntryList::OnNcLButtonDown(UINT hit, CPoint point)
     CListCtrl::OnNcLButtonDown(hit, point);
 }
 
-// A state for all rows at once is set row by row, which a large list feels.
+void EntryList::OnLButtonDown(UINT keys, CPoint point)
+{
+    deselect_many();
+    CListCtrl::OnLButtonDown(keys, point);
+}
+
+void EntryList::OnKeyDown(UINT key, UINT repeats, UINT flags)
+{
+    // The control itself walks over all rows between the ends.
+    const bool is_end = key == VK_HOME || key == VK_END;
+    if (is_end && !rows_.shown().empty() && !keeps_selection()) {
+        select_only(key == VK_HOME ? 0 : rows_.shown().size() - 1);
+        return;
+    }
+    if (key == VK_UP || key == VK_DOWN || key == VK_PRIOR || key == VK_NEXT)
+        deselect_many();
+    CListCtrl::OnKeyDown(key, repeats, flags);
+}
+
+// What the control would do itself, but drawing each row.
+void EntryList::deselect_many()
+{
+    if (GetSelectedCount() > kManyRows && !keeps_selection())
+        deselect();
+}
+
 void EntryList::deselect()
 {
-    for (UINT left = GetSelectedCount(), tries = 0; left > 0; left = GetSelectedCount()) {
-        const int position = GetNextItem(-1, LVNI_SELECTED);
-        if (position < 0 || ++tries > kMostSingleDeselections) {
-            SetItemState(-1, 0, LVIS_SELECTED);
-            return;
-        }
+    // A state for all rows, and a search for a selected one, walk over every row.
+    if (GetSelectedCount() == 0)
+        return;
+    if (const int position = GetNextItem(-1, LVNI_FOCUSED | LVNI_SELECTED);
+        position >= 0 && GetSelectedCount() == 1) {
         SetItemState(position, 0, LVIS_SELECTED);
+        return;
     }
+    SetRedraw(FALSE);
+    SetItemState(-1, 0, LVIS_SELECTED);
+    SetRedraw(TRUE);
 }
 
 void EntryList::show_rows(std::optional<Id> kept)

@@ -64,9 +64,12 @@ protected:
     void OnGetDispInfo(NMHDR* header, LRESULT* result);
     void OnFindItem(NMHDR* header, LRESULT* result);
     void OnNcLButtonDown(UINT hit, CPoint point);
+    void OnLButtonDown(UINT keys, CPoint point);
+    void OnKeyDown(UINT key, UINT repeats, UINT flags);
 
 private:
     void deselect();
+    void deselect_many();
     void show_rows(std::optional<Id> kept);
     [[nodiscard]] int image_of(Id row);
 
