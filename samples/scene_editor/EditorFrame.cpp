@@ -56,10 +56,10 @@ namespace {
 
 constexpr int kWidthAt96 = 960;
 constexpr int kHeightAt96 = 620;
-constexpr int kLeastWidthAt96 = 480;
-constexpr int kLeastHeightAt96 = 280;
-constexpr int kCountsPaneAt96 = 210;
-constexpr int kNamePaneAt96 = 240;
+constexpr int kLeastWidthAt96 = 640;
+constexpr int kLeastHeightAt96 = 360;
+constexpr int kCountsPaneAt96 = 190;
+constexpr int kNamePaneAt96 = 200;
 
 int screen_dpi()
 {

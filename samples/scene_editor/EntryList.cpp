@@ -212,7 +212,7 @@ void EntryList::fit_columns()
     const int room = static_cast<int>(client.Width());
     if (room <= 0)
         return;
-    const int class_px = std::min(class_width_px_, room / 2);
+    const int class_px = std::min(class_width_px_, room / 3);
     if (GetColumnWidth(1) != class_px)
         SetColumnWidth(1, class_px);
     if (GetColumnWidth(0) != room - class_px)
