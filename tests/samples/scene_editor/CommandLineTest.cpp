@@ -1,0 +1,29 @@
+#include "scene_editor/core/CommandLine.h"
+
+#include <gtest/gtest.h>
+
+TEST(CommandLine, FirstWord_EndsAtABlankOutsideQuotationMarks)
+{
+    EXPECT_EQ(editor::first_word("  a.odb b.odb"), "a.odb");
+    EXPECT_EQ(editor::first_word("\"C:\\My Files\\a.odb\" b"), "C:\\My Files\\a.odb");
+    EXPECT_EQ(editor::first_word("C:\\\"My Files\"\\a.odb"), "C:\\My Files\\a.odb");
+}
+
+TEST(CommandLine, NoWord_IsEmpty)
+{
+    EXPECT_EQ(editor::first_word(""), "");
+    EXPECT_EQ(editor::first_word(" \t "), "");
+    EXPECT_EQ(editor::first_word("\"\""), "");
+}
+
+TEST(CommandLine, QuotationMarkThatIsNotClosed_TakesTheRest)
+{
+    EXPECT_EQ(editor::first_word("\"a b"), "a b");
+}
+
+TEST(CommandLine, FilePart_LiesBehindTheLastSlashOfEitherKind)
+{
+    EXPECT_EQ(editor::file_part("C:\\a/b\\c.odb"), "c.odb");
+    EXPECT_EQ(editor::file_part("c.odb"), "c.odb");
+    EXPECT_EQ(editor::file_part("folder/"), "");
+}
