@@ -7,6 +7,7 @@
 #include "responder/GBehaviour.h"
 #include "responder/GResponder.h"
 #include "responder/NotificationLink.h"
+#include "responder/ReadingFrame.h"
 #include "responder/StreamOwnership.h"
 
 #include <algorithm>
@@ -104,6 +105,7 @@ void GResponder::old_write(opstream& out)
 
 void GResponder::old_read(ipstream& in)
 {
+    const zmr::ReadingFrame frame(this);
     const std::uint32_t former_state = state_;
     destroy_linked_object_collection();
     const unsigned char version = in.readByte();
@@ -200,6 +202,7 @@ void GResponder::write_subobjects(opstream& out)
 
 void GResponder::read_subobjects(ipstream& in)
 {
+    const zmr::ReadingFrame frame(this);
     // No change of state goes up the tree meanwhile.
     const OwnerHidden hidden(owner_);
     hold_current(nullptr);
@@ -207,12 +210,20 @@ void GResponder::read_subobjects(ipstream& in)
     const int count = read_count(in);
     for (int left = count; left > 0; --left) {
         auto* child = in.read_pointer<GResponder>();
-        if (child != nullptr && child->owner_ == nullptr && zmr::try_claim(in))
+        if (child == nullptr || child->owner_ != nullptr)
+            continue;
+        if (zmr::try_claim(in))
             insert(child);
+        else if (child != this)
+            static_cast<void>(zmr::ReadingFrame::Await(this, child));
     }
     const unsigned char tag = in.readByte();
-    if (count != 0 || tag == 0)
-        set_current(in.read_pointer<GResponder>());
+    if (count != 0 || tag == 0) {
+        auto* current = in.read_pointer<GResponder>();
+        if (current == nullptr || current->owner_ == this ||
+            !zmr::ReadingFrame::AwaitAsCurrent(this, current))
+            set_current(current);
+    }
     if (tag == 0)
         static_cast<void>(in.readByte());
 }

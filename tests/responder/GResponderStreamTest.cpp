@@ -314,6 +314,43 @@ TEST(ResponderStream, RoundTrip_BringsAllBack)
     EXPECT_EQ(links_of(*copy->at(1))[0]->target, static_cast<GResponder*>(copy.get()));
 }
 
+TEST(ResponderStream, ChildThatIsReadBeforeItsOwner_IsBackInItsPlace)
+{
+    // "a" is written first and tells "y", which is so written before its owner "b"; "y" tells "b",
+    // which is so written within "y".
+    auto source = make<StreamedResponder>();
+    auto* b = new StreamedResponder;
+    b->set_label("b");
+    source->insert_before(b, nullptr);
+    auto* a = new StreamedResponder;
+    a->set_label("a");
+    source->insert_before(a, nullptr);
+    for (const char* label : {"x", "y", "z"}) {
+        auto* child = new StreamedResponder;
+        child->set_label(label);
+        child->set_options(GResponder::option_selectable, 1);
+        b->insert_before(child, nullptr);
+    }
+    auto* y = b->at(1);
+    b->set_current(y);
+    a->notify_when_modified(y, kBroadcast, 1);
+    y->notify_when_modified(b, kBroadcast, 2);
+    ompstream out;
+    out.writePointer(source.get());
+    impstream in(out.bytes());
+
+    Ended<StreamedResponder> copy(in.read_pointer<StreamedResponder>());
+
+    EXPECT_EQ(in.remaining(), 0);
+    ASSERT_EQ(labels_of(*copy), "ba");
+    ASSERT_EQ(labels_of(*copy->at(0)), "xyz");
+    EXPECT_EQ(copy->at(0)->get_current(), copy->at(0)->at(1));
+    EXPECT_TRUE(copy->at(0)->at(1)->get_state(GResponder::state_inserted));
+    EXPECT_TRUE(copy->at(0)->at(1)->get_state(GResponder::state_selected));
+    EXPECT_EQ(links_of(*copy->at(1))[0]->target, copy->at(0)->at(1));
+    EXPECT_EQ(links_of(*copy->at(0)->at(1))[0]->target, copy->at(0));
+}
+
 TEST(ResponderStream, DeadReceivers_AreWrittenAsNullAndDropOut)
 {
     StreamedResponder source;
