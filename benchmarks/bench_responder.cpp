@@ -389,7 +389,7 @@ void run_rest()
 
 int main(int argc, char** argv)
 {
-    if (argc > 1)
+    if (argc > 1 && argv[1][0] != '-')  // options are Google Benchmark's
         g_wanted = argv[1];
     qt::start(argc, argv);
     run_events();
