@@ -8,8 +8,9 @@
 namespace zmr {
 namespace {
 
-constexpr int kLockTries = 50;  // of two milliseconds each
+constexpr int kLockTries = 1000;  // for as long as a few syncs of a busy disk may take
 constexpr auto kLockPause = std::chrono::milliseconds(2);
+constexpr int kLooks = 20;  // at what a writing process may just change
 
 LibraryOpenResult refused(LibraryOpenStatus status, std::string text)
 {
@@ -114,8 +115,7 @@ LibraryOpenResult LibraryState::open_device(const std::string& name, LibraryAcce
     if (result.status != LibraryOpenStatus::Ok)
         return result;
     if (writes && stale_)
-        return refused(LibraryOpenStatus::Damaged,
-                       "the newest state is damaged; an older one can be read");
+        return refuse_stale();
     if (!writes) {
         keep_reader_lock();
         return result;
@@ -126,6 +126,14 @@ LibraryOpenResult LibraryState::open_device(const std::string& name, LibraryAcce
     if (!storage.write_fixed(kOwnerPosition, encode_owner(owner_text)))
         return failed(storage.error());
     return result;
+}
+
+LibraryOpenResult LibraryState::refuse_stale() const
+{
+    if (storage.read_error())
+        return failed(storage.read_error());
+    return refused(LibraryOpenStatus::Damaged,
+                   "the newest state is damaged; an older one can be read");
 }
 
 LibraryOpenResult LibraryState::lock_writer(FileDevice& device)
@@ -154,28 +162,75 @@ bool LibraryState::lock_reader(FileDevice& device)
     return false;
 }
 
+bool LibraryState::read_slot(std::size_t which, RootSlot& slot) const
+{
+    // Another process may be writing it at this instant: then it is whole a moment later.
+    std::array<char, kSectorBytes> sector;
+    for (int look = 0; look < kLooks; ++look) {
+        const std::size_t size =
+            storage.read_some(kSlotPosition[which], sector.data(), sector.size());
+        if (decode_slot({sector.data(), size}, slot))
+            return true;
+        std::this_thread::yield();
+    }
+    return false;
+}
+
+bool LibraryState::is_superseded() const
+{
+    RootSlot slot;
+    for (std::size_t i = 0; i < kSlotPosition.size(); ++i)
+        if (read_slot(i, slot) && slot.number > number_)
+            return true;
+    return false;
+}
+
 LibraryOpenResult LibraryState::load()
 {
-    std::uint64_t bytes = 0;
-    if (const FileError error = storage.device()->length(bytes))
-        return failed(error);
-    std::array<char, kSectorBytes> sector;
-    const auto read_sector = [&](std::uint64_t at) {
-        return std::string_view(sector.data(), storage.read_some(at, sector.data(), sector.size()));
+    // Beside a process that writes, a later commit may be read and the one before it not yet. That
+    // one is there at the next look, while damage stays where it is.
+    LibraryOpenResult result = load_once();
+    for (int look = 1; look < kLooks && stale_; ++look) {
+        const std::uint64_t before = number_;
+        result = load_once();
+        if (number_ <= before)
+            break;
+    }
+    if (result.status != LibraryOpenStatus::Ok)
+        return result;
+    if (!slot_valid_[0] || !slot_valid_[1])
+        damage.note(LibraryDamage::Part::RootSlot, {}, {}, {}, "one of the two roots is damaged");
+    if (stale_)
+        damage.note(LibraryDamage::Part::RootSlot, {}, {}, {},
+                    "the newest state is damaged; this is an older one");
+    return result;
+}
+
+LibraryOpenResult LibraryState::load_once()
+{
+    stale_ = false;
+    storage.forget_read_error();
+    const auto damaged = [this](const char* text) {
+        return storage.read_error() ? failed(storage.read_error())
+                                    : refused(LibraryOpenStatus::Damaged, text);
     };
     for (std::size_t i = 0; i < 2; ++i)
-        slot_valid_[i] = decode_slot(read_sector(kSlotPosition[i]), slots_[i]);
-    const HeaderKind header = decode_header(read_sector(0));
+        slot_valid_[i] = read_slot(i, slots_[i]);
+    std::array<char, kSectorBytes> sector;
+    const HeaderKind header =
+        decode_header({sector.data(), storage.read_some(0, sector.data(), sector.size())});
     if (header == HeaderKind::Newer)
         return refused(LibraryOpenStatus::NewerFormat,
                        "the library was written by a newer version");
     if (!slot_valid_[0] && !slot_valid_[1]) {
-        if (header == HeaderKind::Foreign)
+        if (header == HeaderKind::Foreign && !storage.read_error())
             return refused(LibraryOpenStatus::NotALibrary, "the file is not a library");
-        return refused(LibraryOpenStatus::Damaged, "both of the library's roots are damaged");
+        return damaged("both of the library's roots are damaged");
     }
-    if (!slot_valid_[0] || !slot_valid_[1])
-        damage.note(LibraryDamage::Part::RootSlot, {}, {}, {}, "one of the two roots is damaged");
+    // Behind the slots: the file holds all that they name, however fast it grows.
+    std::uint64_t bytes = 0;
+    if (const FileError error = storage.device()->length(bytes))
+        return failed(error);
 
     const std::size_t newer =
         !slot_valid_[0] || (slot_valid_[1] && slots_[1].number > slots_[0].number) ? 1 : 0;
@@ -183,12 +238,11 @@ LibraryOpenResult LibraryState::load()
     if (!found && slot_valid_[1 - newer])
         found = load_from(slots_[1 - newer], bytes);
     if (!found)
-        return refused(LibraryOpenStatus::Damaged, "neither of the library's roots can be read");
+        return damaged("neither of the library's roots can be read");
+    // From here on a read that fails must not pass for the end of what was committed.
+    storage.forget_read_error();
     const bool whole = storage.end() <= bytes && follow_tail(bytes);
-    stale_ = !whole || number_ < slots_[newer].number;
-    if (stale_)
-        damage.note(LibraryDamage::Part::RootSlot, {}, {}, {},
-                    "the newest state is damaged; this is an older one");
+    stale_ = !whole || number_ < slots_[newer].number || storage.read_error();
     return {LibraryOpenStatus::Ok, {}, {}};
 }
 
@@ -233,8 +287,7 @@ LibraryOpenResult LibraryState::begin_writing(std::string_view owner_text)
         forget_commits();
         result = load();
         if (result.status == LibraryOpenStatus::Ok && stale_)
-            result = refused(LibraryOpenStatus::Damaged,
-                             "the newest state is damaged; an older one can be read");
+            result = refuse_stale();
         if (result.status == LibraryOpenStatus::Ok && (record_bytes_ > 0 || root_unnamed_) &&
             !storage.sync())
             result = failed(storage.error());

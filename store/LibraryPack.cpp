@@ -253,11 +253,15 @@ bool LibraryPack::run()
         rebuild_space();
     constexpr int kPasses = 8;
     std::uint64_t end_before = LibraryState::kNoLimit;
+    std::uint64_t moved_before = 0;
     for (int pass = 0; pass < kPasses; ++pass) {
         const std::uint64_t limit = kDataStart + live_bytes_;
-        if (live_end() <= limit || live_end() + kPageBytes >= end_before)
+        // Contents that were moved have made room for the index in the next pass.
+        const bool stands = live_end() + kPageBytes >= end_before && moved_bytes_ == moved_before;
+        if (live_end() <= limit || stands)
             break;
         end_before = live_end();
+        moved_before = moved_bytes_;
         state_.move_above_ = limit;
         const bool moved = move_contents(limit) && move_index(limit);
         state_.move_above_ = LibraryState::kNoLimit;

@@ -121,7 +121,12 @@ private:
     // LibraryOpen
     [[nodiscard]] LibraryOpenResult open_device(const std::string& name, LibraryAccess access,
                                                 std::string_view owner_text);
+    /// Reads the roots and follows the tail, also beside a process that writes.
     [[nodiscard]] LibraryOpenResult load();
+    [[nodiscard]] LibraryOpenResult load_once();
+    [[nodiscard]] bool read_slot(std::size_t which, RootSlot& slot) const;
+    /// True when a slot names a root behind the commit that is seen.
+    [[nodiscard]] bool is_superseded() const;
     [[nodiscard]] bool load_from(const RootSlot& slot, std::uint64_t file_bytes);
     /// Follows the tail; false when it ends in a commit that must have been whole once.
     [[nodiscard]] bool follow_tail(std::uint64_t file_bytes);
@@ -134,6 +139,8 @@ private:
     [[nodiscard]] LibraryOpenResult lock_writer(FileDevice& device);
     [[nodiscard]] bool lock_reader(FileDevice& device);
     void keep_reader_lock();
+    /// Why an older state must not be written to.
+    [[nodiscard]] LibraryOpenResult refuse_stale() const;
     void forget_commits();
     void forget_all();
     /// Sees the last commit again after a failed write.

@@ -68,6 +68,15 @@ std::uint64_t LibraryStorage::length() const
     return buffer_.empty() ? bytes : std::max(bytes, end_);
 }
 
+bool LibraryStorage::read_device(std::uint64_t position, void* data, std::size_t size,
+                                 std::size_t& done) const
+{
+    const FileError error = device_->read_at(position, data, size, done);
+    if (error && !read_error_)
+        read_error_ = error;
+    return !error;
+}
+
 std::size_t LibraryStorage::read_some(std::uint64_t position, void* data, std::size_t size) const
 {
     const std::uint64_t flushed = end_ - buffer_.size();
@@ -78,7 +87,7 @@ std::size_t LibraryStorage::read_some(std::uint64_t position, void* data, std::s
         std::size_t wanted = size;
         if (!buffer_.empty())
             wanted = static_cast<std::size_t>(std::min<std::uint64_t>(size, flushed - position));
-        if (device_->read_at(position, bytes, wanted, done) || done < size)
+        if (!read_device(position, bytes, wanted, done) || done < size)
             if (buffer_.empty() || position + done != flushed)
                 return done;
     }
@@ -97,7 +106,7 @@ ReadOutcome LibraryStorage::read(std::uint64_t position, void* data, std::size_t
     if (!whole_in_file || device_ == nullptr)
         return read_some(position, data, size) == size ? ReadOutcome::Good : ReadOutcome::Damaged;
     std::size_t done = 0;
-    if (device_->read_at(position, data, size, done))
+    if (!read_device(position, data, size, done))
         return ReadOutcome::Unreadable;
     return done == size ? ReadOutcome::Good : ReadOutcome::Damaged;
 }

@@ -97,6 +97,10 @@ public:
     void set_must_sync_first() { must_sync_first_ = true; }
     void begin_commit();
 
+    /// The first read that the device refused since forget_read_error().
+    [[nodiscard]] const FileError& read_error() const { return read_error_; }
+    void forget_read_error() { read_error_ = {}; }
+
     [[nodiscard]] const FileError& error() const { return error_; }
     void set_error(const FileError& error);
     [[nodiscard]] std::uint64_t syncs() const { return syncs_; }
@@ -108,6 +112,9 @@ private:
     /// Makes the file, or gives an empty one its fixed part.
     [[nodiscard]] bool make_file();
     [[nodiscard]] bool add(std::string_view bytes);
+    /// Reads from the device and remembers that it refused. False then.
+    [[nodiscard]] bool read_device(std::uint64_t position, void* data, std::size_t size,
+                                   std::size_t& done) const;
 
     FileSystemDevice& files_;
     std::unique_ptr<FileDevice> device_;
@@ -124,6 +131,7 @@ private:
     bool must_sync_first_ = false;
     bool no_reserve_ = false;
     FileError error_;
+    mutable FileError read_error_;
     std::uint64_t syncs_ = 0;
 };
 

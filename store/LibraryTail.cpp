@@ -45,6 +45,7 @@ bool LibraryState::load_from(const RootSlot& slot, std::uint64_t file_bytes)
     records_.clear();
     record_bytes_ = 0;
     tail_commits_.clear();
+    root_unnamed_ = false;
     number_ = slot.number;
     checksum_ = slot.record_checksum;
     if (slot.number > 0) {

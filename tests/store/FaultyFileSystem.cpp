@@ -48,7 +48,11 @@ public:
                       std::size_t& done) const override
     {
         done = 0;
-        if (++system_.reads_ == system_.failing_read_)
+        ++system_.reads_;
+        if (system_.reads_ == system_.read_acted_before_)
+            std::exchange(system_.act_, nullptr)();
+        if (system_.reads_ == system_.failing_read_ ||
+            (system_.failing_reads_from_ != 0 && system_.reads_ >= system_.failing_reads_from_))
             return {FileErrorKind::Other, 5};
         if (position >= file_->bytes.size())
             return {};
@@ -62,8 +66,10 @@ public:
     {
         if (!writable_)
             return {FileErrorKind::AccessDenied, 0};
-        const FileError error = system_.next_operation();
         const std::string_view bytes(static_cast<const char*>(data), size);
+        if (system_.operations_ + 1 == system_.looked_in_)
+            apply(file_->bytes, position, bytes.substr(0, size / 2));
+        const FileError error = system_.next_operation();
         if (error && system_.operations_ != system_.stop_)
             return error;
         // The write that power fails in reaches the file up to some byte.
@@ -189,6 +195,8 @@ FileError FaultyFileSystem::sync_directory_of(const std::string&)
 FileError FaultyFileSystem::next_operation()
 {
     ++operations_;
+    if (operations_ == looked_in_)
+        std::exchange(look_, nullptr)();
     if (stop_ != 0 && operations_ >= stop_)
         return {FileErrorKind::Other, 5};
     if (failing_ != 0 && (operations_ == failing_ || (sticky_ && operations_ > failing_)))
@@ -209,9 +217,22 @@ void FaultyFileSystem::fail_at(std::uint64_t number, FileErrorKind kind, bool st
     sticky_ = sticky;
 }
 
+void FaultyFileSystem::within_operation(std::uint64_t number, std::function<void()> look)
+{
+    looked_in_ = operations_ + number;
+    look_ = std::move(look);
+}
+
+void FaultyFileSystem::before_read(std::uint64_t number, std::function<void()> act)
+{
+    read_acted_before_ = reads_ + number;
+    act_ = std::move(act);
+}
+
 void FaultyFileSystem::heal()
 {
-    stop_ = failing_ = failing_read_ = 0;
+    stop_ = failing_ = failing_read_ = failing_reads_from_ = 0;
+    looked_in_ = read_acted_before_ = 0;
 }
 
 void FaultyFileSystem::lose_power(std::uint32_t seed)

@@ -4,6 +4,7 @@
 #include "platform/FileDevice.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -33,6 +34,13 @@ public:
     void fail_at(std::uint64_t number, FileErrorKind kind, bool sticky);
     /// Read number `number` from now fails once.
     void fail_read(std::uint64_t number) { failing_read_ = reads_ + number; }
+    /// So do that one and all later ones.
+    void fail_reads_from(std::uint64_t number) { failing_reads_from_ = reads_ + number; }
+    /// Calls `look` within operation `number` from now: of a write half of the bytes are there.
+    void within_operation(std::uint64_t number, std::function<void()> look);
+    /// Calls `act` before read number `number` from now.
+    void before_read(std::uint64_t number, std::function<void()> act);
+    /// Ends all faults and forgets what was to be called.
     void heal();
     /// Ends all faults. Of what was not synced, each 512-byte sector of each write, each cut and
     /// each new file's entry may survive or not, in any order, as the seed says. All locks are
@@ -46,6 +54,7 @@ public:
     [[nodiscard]] std::string& bytes(const std::string& name) { return files_.at(name)->bytes; }
     void set_bytes(const std::string& name, std::string bytes);
     [[nodiscard]] std::uint64_t syncs() const { return syncs_; }
+    [[nodiscard]] std::uint64_t reads() const { return reads_; }
     [[nodiscard]] std::uint64_t bytes_read() const { return bytes_read_; }
 
 private:
@@ -81,6 +90,11 @@ private:
     std::uint64_t stop_ = 0;
     std::uint64_t failing_ = 0;
     std::uint64_t failing_read_ = 0;
+    std::uint64_t failing_reads_from_ = 0;
+    std::uint64_t looked_in_ = 0;
+    std::function<void()> look_;
+    std::uint64_t read_acted_before_ = 0;
+    std::function<void()> act_;
     FileErrorKind failure_ = FileErrorKind::None;
     bool sticky_ = false;
     Random random_;

@@ -120,7 +120,7 @@ TEST(LibraryProcess, ReaderOpenedBesideAWritingProcess_SeesWholeCommits)
 
         EXPECT_GE(NumberedCommits::Last(reader), std::stoull(acknowledged));
         EXPECT_GE(NumberedCommits::Last(reader), seen);
-        EXPECT_EQ(NumberedCommits::CheckContents(reader), "");
+        EXPECT_EQ(NumberedCommits::Check(reader), "");
         seen = NumberedCommits::Last(reader);
     }
     EXPECT_TRUE(writer->runs());

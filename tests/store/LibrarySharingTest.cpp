@@ -267,6 +267,23 @@ TEST(LibrarySharing, Pack_ShrinksToWhatLives)
     EXPECT_TRUE(file.verify({}));
 }
 
+TEST(LibrarySharing, Pack_AfterTheEarlierHalfWasRemoved_CutsInOneRun)
+{
+    FaultyFileSystem files;
+    LibraryFile file(files);
+    open(file, LibraryAccess::Write);
+    for (unsigned i = 0; i < 20; ++i)
+        ASSERT_TRUE(put(file, std::to_string(i), noise_bytes(5000, i)));
+    ASSERT_TRUE(file.close());
+    open(file, LibraryAccess::Write);
+    for (unsigned i = 0; i < 10; ++i)
+        ASSERT_TRUE(file.remove({}, std::to_string(i), "t"));
+    ASSERT_TRUE(file.pack());
+
+    EXPECT_LT(file.extent(), 16384u + 10 * 5024 + 4096);
+    EXPECT_EQ(get(file, "15"), noise_bytes(5000, 15));
+}
+
 TEST(LibrarySharing, Pack_AfterTheLaterHalfWasRemoved_CutsInOneRun)
 {
     FaultyFileSystem files;

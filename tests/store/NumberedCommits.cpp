@@ -32,7 +32,7 @@ bool NumberedCommits::Put(LibraryFile& file, std::uint64_t number)
            file.put({}, "number", "t", ContentKind::Streamable, "", as_span(text)) && file.commit();
 }
 
-std::string NumberedCommits::CheckContents(const LibraryFile& file)
+std::string NumberedCommits::Check(const LibraryFile& file)
 {
     const std::uint64_t last = Last(file);
     for (std::uint64_t number = last; number > 0 && number + kNames > last; --number) {
@@ -41,14 +41,6 @@ std::string NumberedCommits::CheckContents(const LibraryFile& file)
             bytes != content_of(number))
             return "the content of commit " + std::to_string(number) + " is not there";
     }
-    return "";
-}
-
-std::string NumberedCommits::Check(const LibraryFile& file)
-{
-    const std::string missing = CheckContents(file);
-    if (!missing.empty())
-        return missing;
     std::string damage;
     const bool whole = file.verify([&damage](const LibraryDamage& found) {
         damage += found.name.name + ": " + found.text + "; ";

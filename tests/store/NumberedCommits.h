@@ -17,9 +17,7 @@ struct NumberedCommits {
     /// Commits under that number. False when it failed.
     [[nodiscard]] static bool Put(LibraryFile& file, std::uint64_t number);
     /// What is wrong with it, else empty: contents that the last number promises and that are not
-    /// there.
-    [[nodiscard]] static std::string CheckContents(const LibraryFile& file);
-    /// The same with all that verify finds. For a library that no other process writes meanwhile.
+    /// there, and all that verify finds.
     [[nodiscard]] static std::string Check(const LibraryFile& file);
 };
 

@@ -71,7 +71,7 @@ std::string read(const std::string& name)
     wait_for_line();
     if (NumberedCommits::Last(file) != last)
         return "another commit is seen";
-    const std::string wrong = NumberedCommits::CheckContents(file);
+    const std::string wrong = NumberedCommits::Check(file);
     return wrong.empty() ? "whole" : wrong;
 }
 
