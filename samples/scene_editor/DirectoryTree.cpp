@@ -32,15 +32,8 @@ void DirectoryTree::reset(const std::string& root_name)
 void DirectoryTree::set_subdirectories(const editor::DirectoriesListed& listed)
 {
     const HTREEITEM parent = item_of(listed.path);
-    if (parent == nullptr)
-        return;
-    while (const HTREEITEM child = GetChildItem(parent)) {
-        if (const auto found = paths_.find(child); found != paths_.end()) {
-            items_.erase(found->second);
-            paths_.erase(found);
-        }
-        DeleteItem(child);
-    }
+    if (parent == nullptr || has_subdirectories_of(listed.path))
+        return;  // asked for twice: by opening it and on the way to another one
     SetRedraw(FALSE);
     for (const editor::Subdirectory& directory : listed.directories) {
         editor::DirectoryPath path = listed.path;

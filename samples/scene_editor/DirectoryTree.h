@@ -15,7 +15,7 @@ public:
 
     /// Only the root, under that name; or nothing for an empty name.
     void reset(const std::string& root_name);
-    /// Puts directories below one of the tree, in place of what was there.
+    /// Puts directories below one of the tree. The first answer stays until `reset`.
     void set_subdirectories(const editor::DirectoriesListed& listed);
     [[nodiscard]] bool has_subdirectories_of(const editor::DirectoryPath& path) const;
 

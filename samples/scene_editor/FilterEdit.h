@@ -3,8 +3,7 @@
 #include "platform/CEdit.h"
 
 /// The line that filters the list while it is typed. Escape empties it; Enter and the arrow keys up
-/// and down go to the list, its next sibling in the order of the keyboard, by what the parent does
-/// with WM_FILTER_LEFT.
+/// and down send WM_FILTER_LEFT.
 class FilterEdit : public CEdit {
 public:
     /// With the grey text that shows while it is empty.

@@ -6,8 +6,7 @@
 /// edge in the parent's client area.
 inline constexpr UINT WM_SPLITTER_DRAGGED = WM_APP + 2;
 
-/// The strip between two panes, dragged by the mouse. Escape, or losing the mouse, leaves it where
-/// it is.
+/// The strip between two panes, dragged by the mouse. Where the mouse is lost, it stays.
 class PaneSplitter : public CWnd {
 public:
     BOOL create(CWnd& parent, UINT id);

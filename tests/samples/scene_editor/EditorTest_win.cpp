@@ -66,6 +66,11 @@ TEST(SceneEditor, OpenBrowseFilterPreviewRenameDelete_LeaveTheLibraryAsTold)
     select_row(editor, 0);
     editor.key(VK_RETURN);
     ASSERT_TRUE(EditorDriver::wait_for([&] { return editor.rows() == 2; }));
+    editor.key(VK_END);
+    ASSERT_TRUE(EditorDriver::wait_for([&] { return editor.previewed() == "two"; }));
+    editor.key(VK_F5);  // begins at the first row of the same directory
+    EXPECT_TRUE(EditorDriver::wait_for([&] { return editor.previewed() == "one"; }));
+    EXPECT_EQ(editor.rows(), 2);
     editor.key(VK_BACK);
     ASSERT_TRUE(EditorDriver::wait_for([&] { return editor.rows() == 1; }));
     editor.key(VK_BACK);
