@@ -8,7 +8,8 @@
 
 namespace {
 
-constexpr DWORD kLimitMs = 20'000;
+constexpr DWORD kLimitMs = EditorDriver::kLimitMs;
+constexpr DWORD kForegroundMs = 3'000;
 constexpr DWORD kTurnMs = 10;
 constexpr int kPreviewTitle = 2;
 constexpr int kMessageText = 0xFFFF;
@@ -93,7 +94,18 @@ EditorDriver::EditorDriver(const std::vector<std::string>& words)
         });
         return frame_ != nullptr || !process_->runs();
     });
-    wait_for([this] { return ::GetForegroundWindow() == frame_ || !message().empty(); });
+    const auto takes_keys = [this] {
+        return ::GetForegroundWindow() == frame_ || !message().empty();
+    };
+    if (wait_for(takes_keys, kForegroundMs))
+        return;
+    // Another window kept the keyboard: a click on the caption brings it here.
+    RECT area{};
+    ::GetWindowRect(frame_, &area);
+    move_mouse((area.left + area.right) / 2, area.top + ::GetSystemMetrics(SM_CYCAPTION) / 2);
+    send_mouse(MOUSEEVENTF_LEFTDOWN);
+    send_mouse(MOUSEEVENTF_LEFTUP);
+    wait_for(takes_keys);
 }
 
 EditorDriver::~EditorDriver()
@@ -171,11 +183,11 @@ bool EditorDriver::has_focus(int id) const
            info.hwndFocus == control(id);
 }
 
-bool EditorDriver::wait_for(const std::function<bool()>& condition)
+bool EditorDriver::wait_for(const std::function<bool()>& condition, DWORD limit_ms)
 {
     const DWORD began = ::GetTickCount();
     while (!condition()) {
-        if (::GetTickCount() - began > kLimitMs)
+        if (::GetTickCount() - began > limit_ms)
             return false;
         ::Sleep(kTurnMs);  // between two questions
     }

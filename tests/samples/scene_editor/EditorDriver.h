@@ -39,8 +39,9 @@ public:
     [[nodiscard]] HWND dialog_with(int control) const;
     [[nodiscard]] bool has_focus(int id) const;
 
-    /// Waits until it holds. False when it never does.
-    static bool wait_for(const std::function<bool()>& condition);
+    static constexpr DWORD kLimitMs = 20'000;
+    /// Waits until it holds. False when it does not in time.
+    static bool wait_for(const std::function<bool()>& condition, DWORD limit_ms = kLimitMs);
 
     /// Presses and lets go, with the keys that are held meanwhile.
     void key(WORD code, const std::vector<WORD>& held = {});
