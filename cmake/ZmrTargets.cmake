@@ -71,6 +71,8 @@ function(zmr_add_library)
     target_compile_features(ZMR_GV INTERFACE cxx_std_20)
     if(WIN32)
         set_target_properties(ZMR_GV PROPERTIES PREFIX "")
+        # Inline functions of public headers call it.
+        target_link_libraries(ZMR_GV INTERFACE comctl32)
         # The library's entry function: in the library only, a program that takes in the objects has
         # none.
         target_sources(ZMR_GV PRIVATE ${PROJECT_SOURCE_DIR}/foundation/ModuleEntry_win.cpp)
