@@ -61,14 +61,18 @@ bool Directory::read(const IndexBlock& page, std::size_t index)
             in.fail();
         types.emplace_back(type, count);
     }
+    // Each lies in space of its own, so that reading all takes no more than the file holds.
+    std::uint64_t space = page.file_end();
     for (std::uint64_t left = in.count(13); left > 0 && in.good(); --left) {
         ExtentRef extent;
         extent.type = std::string(page.string(in));
         extent.name = std::string(in.text());
         extent.block.read(in, page.file_end());
         extent.entries = in.varint();
-        if (!extents.empty() && extent.first() < extents.back().first())
+        if ((!extents.empty() && extent.first() < extents.back().first()) ||
+            extent.block.length > space)
             in.fail();
+        space -= std::min(space, extent.block.length);
         extents.push_back(std::move(extent));
     }
     return in.good();

@@ -18,6 +18,32 @@ bool changes_before(EntryChanges::const_iterator& change, EntryChanges::const_it
     return true;
 }
 
+/// The part of a directory's keys, from `first` to before `last` (to the end when null), that
+/// extent `i` holds. The parts of a forged directory's extents don't overlap either: no entry is
+/// given twice, and one block under many names gives no more than its records.
+struct Part {
+    Part(const Directory& base, std::size_t i, const EntryKey& first, const EntryKey* last)
+        : from(std::max(first, base.extents[i].first()))
+    {
+        if (i == 0)
+            from = first;  // what find() sees: the first extent takes all below it, too
+        if (last != nullptr)
+            to = *last;
+        if (i + 1 < base.extents.size() && (!to || base.extents[i + 1].first() < *to))
+            to = base.extents[i + 1].first();
+    }
+    [[nodiscard]] std::size_t begin(const IndexBlock& block) const
+    {
+        return block.lower_bound(from);
+    }
+    [[nodiscard]] std::size_t end(const IndexBlock& block) const
+    {
+        return to ? block.lower_bound(*to) : block.count();
+    }
+    EntryKey from;
+    std::optional<EntryKey> to;
+};
+
 }  // namespace
 
 LibraryEntryList DirectoryIndex::list(const std::string& directory, std::string_view type) const
@@ -45,8 +71,6 @@ LibraryEntryList DirectoryIndex::list(const std::string& directory, std::string_
 
     ReadOutcome outcome;
     const auto base = base_of(directory, outcome);
-    std::shared_ptr<const IndexBlock> before;  // keeps the last key alive
-    EntryKey last_key;
     for (std::size_t i = base == nullptr ? 0 : extent_of(*base, first);
          base != nullptr && i < base->extents.size(); ++i) {
         if (!(base->extents[i].first() < last))
@@ -54,19 +78,15 @@ LibraryEntryList DirectoryIndex::list(const std::string& directory, std::string_
         auto block = load_extent(directory, base->extents[i]);
         if (block == nullptr)
             continue;
-        std::size_t from = block->lower_bound(first);
-        // A proper file has ascending extents; a forged one must not give entries twice.
-        EntryKey key;
-        if (before != nullptr && !(last_key < base->extents[i].first()))
-            for (from = block->lower_bound(last_key);
-                 from < block->count() && block->key(from, key) && !(last_key < key); ++from) {
-            }
-        const std::size_t to = block->lower_bound(last);
+        const Part part(*base, i, first, &last);
+        const std::size_t from = part.begin(*block);
+        const std::size_t to = part.end(*block);
         if (from >= to)
             continue;
         const auto number = static_cast<std::uint32_t>(list.blocks_.size());
         for (std::size_t record = from; record < to; ++record) {
             if (change != end) {
+                EntryKey key;
                 if (!block->key(record, key))
                     continue;
                 changes_before(change, end, key, add_change);
@@ -79,8 +99,6 @@ LibraryEntryList DirectoryIndex::list(const std::string& directory, std::string_
             }
             list.places_.push_back({number, static_cast<std::uint32_t>(record)});
         }
-        if (block->key(to - 1, last_key))
-            before = block;
         list.blocks_.push_back(std::move(block));
     }
     changes_before(change, end, last, add_change);
@@ -130,7 +148,6 @@ void DirectoryIndex::walk(const std::string& directory, const EntryKey& first, c
     if (base_key == nullptr || !read_base(*base_key, base, outcome))
         base = {};
     BlockLoader::Walk walk(loader_);
-    std::optional<OwnedEntryKey> before;  // the last key of the extents so far
     for (std::size_t i = base.extents.empty() ? 0 : extent_of(base, first); i < base.extents.size();
          ++i) {
         const ExtentRef& extent = base.extents[i];
@@ -142,13 +159,9 @@ void DirectoryIndex::walk(const std::string& directory, const EntryKey& first, c
             continue;
         }
         EntryRecord record;
-        std::size_t index = block->lower_bound(first);
-        // A proper file has ascending extents; a forged one must not give entries twice.
-        while (before && index < block->count() && block->entry(index, record) &&
-               !(before->view() < record.key))
-            ++index;
-        const std::size_t to = last == nullptr ? block->count() : block->lower_bound(*last);
-        for (; index < to; ++index) {
+        const Part part(base, i, first, last);
+        const std::size_t to = part.end(*block);
+        for (std::size_t index = part.begin(*block); index < to; ++index) {
             if (!block->entry(index, record))
                 continue;
             if (change != end) {
@@ -164,8 +177,6 @@ void DirectoryIndex::walk(const std::string& directory, const EntryKey& first, c
             if (!visit(record))
                 return;
         }
-        if (to > 0 && block->key(to - 1, record.key))
-            before = {std::string(record.key.type), std::string(record.key.name)};
     }
     for (; change != end; ++change)
         if (!change->second.removed && !visit_change(*change))

@@ -164,13 +164,16 @@ bool LibraryState::lock_reader(FileDevice& device)
 
 bool LibraryState::read_slot(std::size_t which, RootSlot& slot) const
 {
-    // Another process may be writing it at this instant: then it is whole a moment later.
-    std::array<char, kSectorBytes> sector;
+    // Another process may be writing it at this instant: then it is another one a moment later.
+    std::string before;
     for (int look = 0; look < kLooks; ++look) {
-        const std::size_t size =
-            storage.read_some(kSlotPosition[which], sector.data(), sector.size());
-        if (decode_slot({sector.data(), size}, slot))
+        std::string sector(kSectorBytes, '\0');
+        sector.resize(storage.read_some(kSlotPosition[which], sector.data(), sector.size()));
+        if (decode_slot(sector, slot))
             return true;
+        if (look > 0 && sector == before)
+            return false;
+        before = std::move(sector);
         std::this_thread::yield();
     }
     return false;
