@@ -325,6 +325,8 @@ TEST_F(Controls, OpenedAndClosedAThousandTimes_NothingIsLeft)
     CSpinButtonCtrl spin;
     CProgressCtrl progress;
     CStatusBarCtrl status;
+    CHeaderCtrl header;
+    EXPECT_EQ(leaks_of(header, kChild, place), "");
     EXPECT_EQ(leaks_of(edit, kChild, place), "");
     EXPECT_EQ(leaks_of(bar, kChild, place), "");
     EXPECT_EQ(leaks_of(spin, kChild, place), "");
