@@ -66,8 +66,23 @@ zmr_start_wine()
     "$root/cmake/wine" cmd /c exit >/dev/null 2>&1 </dev/null
 }
 
+# zmr_keep_desktop PROGRAM: has the program keep Wine's desktop open until zmr_stop_wine.
+zmr_keep_desktop()
+{
+    local try log="$root/build/desktop.log"
+    : >"$log"
+    exec {zmr_desktop}> >("$root/cmake/wine" "$1" >"$log" 2>&1)
+    for try in $(seq 100); do
+        [ ! -s "$log" ] || break
+        sleep 0.1
+    done
+}
+
 zmr_stop_wine()
 {
+    if [ -n "${zmr_desktop:-}" ]; then
+        exec {zmr_desktop}>&-
+    fi
     if [ -n "${zmr_wine_lock:-}" ] && flock -n -x "$zmr_wine_lock"; then
         wineserver -k || true
     fi
