@@ -50,6 +50,17 @@ function(zmr_floors_below out)
     set(${out} ${found} PARENT_SCOPE)
 endfunction()
 
+# zmr_library_texts(<target>): takes in the library's string table. The library has it; a program
+# that takes in the folders' objects asks for it.
+function(zmr_library_texts target)
+    if(WIN32)
+        set(texts ${PROJECT_SOURCE_DIR}/settings/library_texts.rc)
+        target_sources(${target} PRIVATE ${texts})
+        set_property(SOURCE ${texts} PROPERTY
+                     OBJECT_DEPENDS ${PROJECT_SOURCE_DIR}/settings/LibraryIds.h)
+    endif()
+endfunction()
+
 # zmr_add_library(<folder>...): the dynamic library ZMR_GV out of the folders' object targets.
 function(zmr_add_library)
     add_library(ZMR_GV SHARED ${PROJECT_SOURCE_DIR}/platform/Export.h)
@@ -85,6 +96,7 @@ function(zmr_add_library)
             ${PROJECT_SOURCE_DIR}/platform/platform.rc)
         set_source_files_properties(${PROJECT_SOURCE_DIR}/platform/platform.rc PROPERTIES
             OBJECT_DEPENDS ${PROJECT_SOURCE_DIR}/platform/PlatformIds.h)
+        zmr_library_texts(ZMR_GV)
     elseif(NOT ZMR_BUILD_FUZZERS)
         target_link_options(ZMR_GV PRIVATE LINKER:--no-undefined)
     endif()
