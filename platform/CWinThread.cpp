@@ -125,7 +125,6 @@ BOOL CWinThread::PumpMessage()
 {
     if (::GetMessage(&m_msgCur, nullptr, 0, 0) <= 0)
         return FALSE;
-    zmr::ThreadState::current().queue_message = m_msgCur;
     if (!PreTranslateMessage(&m_msgCur)) {
         ::TranslateMessage(&m_msgCur);
         ::DispatchMessage(&m_msgCur);

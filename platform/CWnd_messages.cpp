@@ -64,21 +64,6 @@ private:
     bool enabled_ = true;
 };
 
-/// The menu object at or below `menu` that has the item.
-CMenu* menu_of_item(HMENU menu, UINT id)
-{
-    const int count = menu != nullptr ? ::GetMenuItemCount(menu) : 0;
-    for (int i = 0; i < count; ++i) {
-        if (const HMENU below = ::GetSubMenu(menu, i)) {
-            if (CMenu* const found = menu_of_item(below, id))
-                return found;
-        } else if (::GetMenuItemID(menu, i) == id) {
-            return CMenu::FromHandlePermanent(menu);
-        }
-    }
-    return nullptr;
-}
-
 }  // namespace
 
 const MSG* CWnd::GetCurrentMessage()
@@ -248,10 +233,7 @@ void CWnd::OnMeasureItem(int, LPMEASUREITEMSTRUCT item)
 {
     if (item->CtlType == ODT_MENU) {
         // The record does not name the menu.
-        const HMENU tracked = zmr::ThreadState::current().tracked_menu;
-        CMenu* const menu =
-            menu_of_item(tracked != nullptr ? tracked : ::GetMenu(m_hWnd), item->itemID);
-        if (menu != nullptr)
+        if (CMenu* const menu = CMenu::FromOwnerDrawnItem(item->itemID))
             menu->MeasureItem(item);
         return;
     }

@@ -43,8 +43,7 @@ public:
 
     CWinThread* thread = nullptr;  ///< The thread's object, when it has one.
 
-    MSG last_message{};   ///< The message that the innermost window procedure works on.
-    MSG queue_message{};  ///< The message that was last taken from the queue.
+    MSG last_message{};  ///< The message that the innermost window procedure works on.
 
     CWnd* window_in_creation = nullptr;  ///< Takes the next window that is made.
     HHOOK creation_hook = nullptr;
