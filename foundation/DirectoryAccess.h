@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FileDevice.h"
+
 #include <string>
 #include <vector>
 
@@ -24,6 +26,8 @@ struct DirectoryEntry {
 /// The files and directories in `directory`, ".." with them and "." not, in no order. Empty when it
 /// is missing or may not be read.
 [[nodiscard]] std::vector<DirectoryEntry> read_directory(const std::string& directory);
+/// Which file or directory stands at `path`, links followed. False when the system can't tell.
+[[nodiscard]] bool path_identity(const std::string& path, FileIdentity& identity);
 /// Makes a directory. False when there is something of its name, or on failure.
 [[nodiscard]] bool make_directory(const std::string& path);
 

@@ -65,6 +65,16 @@ std::vector<DirectoryEntry> read_directory(const std::string& directory)
     return entries;
 }
 
+bool path_identity(const std::string& path, FileIdentity& identity)
+{
+    struct stat status = {};
+    if (path.find('\0') != std::string::npos || ::stat(system_path(path).c_str(), &status) != 0)
+        return false;
+    identity.volume = static_cast<std::uint64_t>(status.st_dev);
+    identity.file = static_cast<std::uint64_t>(status.st_ino);
+    return true;
+}
+
 bool make_directory(const std::string& path)
 {
     return path.find('\0') == std::string::npos && ::mkdir(system_path(path).c_str(), 0777) == 0;

@@ -55,6 +55,27 @@ std::vector<DirectoryEntry> read_directory(const std::string& directory)
     return entries;
 }
 
+bool path_identity(const std::string& path, FileIdentity& identity)
+{
+    std::wstring wide;
+    if (!to_wide_path(path, wide))
+        return false;
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    // Directories are opened with backup semantics only.
+    const HANDLE opened = ::CreateFileW(wide.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr,
+                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (opened == INVALID_HANDLE_VALUE)
+        return false;
+    const OwnedKernelHandle handle(opened);
+    BY_HANDLE_FILE_INFORMATION information = {};
+    if (!::GetFileInformationByHandle(handle.get(), &information))
+        return false;
+    identity.volume = information.dwVolumeSerialNumber;
+    identity.file =
+        (static_cast<std::uint64_t>(information.nFileIndexHigh) << 32) | information.nFileIndexLow;
+    return true;
+}
+
 bool make_directory(const std::string& path)
 {
     std::wstring wide;
