@@ -6,6 +6,10 @@
 
 namespace {
 
+constexpr unsigned kInputKinds = 0x3C3;
+constexpr std::uint32_t kDisabled = 0x100;
+
+/// What the way of an event needs, in a block of 64 bytes of the heap.
 class Node {
 public:
     Node() = default;
@@ -13,10 +17,19 @@ public:
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
 
+    /// In the order of responders and by the same bits, but nobody may end or move on the way.
     virtual void handle(unsigned& what)
     {
-        for (Node* child : children)
-            child->handle(what);
+        if ((what & kInputKinds) != 0 || children.empty())
+            return;
+        if (current != nullptr)
+            current->handle(what);
+        for (Node* child : children) {
+            if (what == 0)
+                return;
+            if (child != current && ((what & kInputKinds) == 0 || (child->state & kDisabled) == 0))
+                child->handle(what);
+        }
     }
     /// From the last child to the first, as responders do.
     virtual void set_state(std::uint32_t bits, bool on)
@@ -27,7 +40,10 @@ public:
     }
 
     std::vector<Node*> children;
+    Node* current = nullptr;
+    Node* owner = nullptr;
     std::uint32_t state = 1;
+    std::uint32_t options = 0;
 };
 
 class Counting final : public Node {
@@ -52,7 +68,9 @@ std::shared_ptr<Tree> make_tree(const TreeShape& shape)
         tree->push_back(std::move(allocated[static_cast<std::size_t>(place)]));
     for (int number = 1; number < shape.nodes; ++number) {
         const auto parent = static_cast<std::size_t>(parent_of(number, shape.fan));
-        (*tree)[parent]->children.push_back((*tree)[static_cast<std::size_t>(number)].get());
+        Node* child = (*tree)[static_cast<std::size_t>(number)].get();
+        child->owner = (*tree)[parent].get();
+        child->owner->children.push_back(child);
     }
     return tree;
 }
@@ -71,7 +89,7 @@ Work plain::state(const TreeShape& shape)
 {
     return [tree = make_tree(shape), on = false]() mutable {
         on = !on;
-        tree->front()->set_state(0x100, on);
+        tree->front()->set_state(kDisabled, on);
     };
 }
 

@@ -1,6 +1,7 @@
 // Responders beside Qt 6 and plain code that does the same work. Contestants take turns within each
 // repetition, so that a noisy machine disturbs all of them; what is printed are medians of
-// processor time and their ratios.
+// processor time and their ratios. Each row has a process of its own, so that no row finds the heap
+// as another one left it.
 //   bench_responder [NAME]     only the rows whose name holds NAME
 
 #include "ResponderPeers.h"
@@ -8,7 +9,9 @@
 #include "responder/GResponder_Iterators.h"
 
 #include <malloc.h>
+#include <sys/wait.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -37,6 +40,7 @@ namespace {
 constexpr auto kKind = static_cast<GEvent::GEventType>(0x10);
 constexpr int kRepetitions = 15;
 const char* g_wanted = "";
+bool g_failed = false;
 
 double now_ns()
 {
@@ -71,6 +75,22 @@ struct Contestant {
 bool is_wanted(const char* row)
 {
     return std::strstr(row, g_wanted) != nullptr;
+}
+
+/// Runs `rows`, which print themselves, in a new process.
+template <class Rows>
+void in_new_process(Rows rows)
+{
+    std::fflush(stdout);
+    const pid_t process = ::fork();
+    if (process == 0) {
+        rows();
+        std::fflush(stdout);
+        ::_exit(g_handled > 0 ? 0 : 1);
+    }
+    int status = -1;
+    if (process < 0 || ::waitpid(process, &status, 0) != process || status != 0)
+        g_failed = true;
 }
 
 void print_ratio(double ours, double theirs, const Contestant& peer)
@@ -134,6 +154,7 @@ void compare_halves(const char* row1, const char* row2, const Halves& ours, cons
     std::printf("\n%-34s %.2f ns", row2, medians[1]);
     print_ratio(medians[1], medians[3], second);
     std::printf("\n");
+    ++g_handled;
 }
 
 struct EndTree {
@@ -182,6 +203,25 @@ void count(const GResponder& responder)
         count(*child.object());
 }
 
+void run_event(const char* name, int filters, double goal)
+{
+    const auto responder = std::make_shared<Counting>();
+    for (int number = 0; number < filters; ++number)
+        responder->attach(new CountingBehaviour);
+    const auto send = [responder] {
+        for (int turn = 0; turn < 1000; ++turn) {
+            GEvent event;
+            event.what = kKind;
+            GResponder::Message(responder.get(), event);
+        }
+    };
+    const std::size_t before = ::mallinfo2().uordblks;
+    send();
+    if (::mallinfo2().uordblks != before)
+        std::printf("an event allocates\n");
+    compare(name, send, {{"Qt", qt::event(filters), Goal::AtLeastTimesFaster, goal}}, 1000);
+}
+
 void run_events()
 {
     constexpr double goals[] = {3, 2.5, 2};
@@ -189,25 +229,23 @@ void run_events()
     for (int row = 0; row < 3; ++row) {
         char name[64];
         std::snprintf(name, sizeof name, "event, %d behaviours", filters[row]);
-        if (!is_wanted(name))
-            continue;
-        const auto responder = std::make_shared<Counting>();
-        for (int number = 0; number < filters[row]; ++number)
-            responder->attach(new CountingBehaviour);
-        const auto send = [responder] {
-            for (int turn = 0; turn < 1000; ++turn) {
-                GEvent event;
-                event.what = kKind;
-                GResponder::Message(responder.get(), event);
-            }
-        };
-        const std::size_t before = ::mallinfo2().uordblks;
-        send();
-        if (::mallinfo2().uordblks != before)
-            std::printf("an event allocates\n");
-        compare(name, send, {{"Qt", qt::event(filters[row]), Goal::AtLeastTimesFaster, goals[row]}},
-                1000);
+        if (is_wanted(name))
+            in_new_process([&] { run_event(name, filters[row], goals[row]); });
     }
+}
+
+void run_broadcast(const char* name, const TreeShape& shape, double qt_goal, double plain_goal)
+{
+    const auto root = make_tree<Counting>(shape);
+    const auto send = [root] {
+        GEvent event;
+        event.what = kKind;
+        GResponder::Message(root.get(), event);
+    };
+    compare(name, send,
+            {{"Qt", qt::broadcast(shape), Goal::AtLeastTimesFaster, qt_goal},
+             {"recursion", plain::broadcast(shape), Goal::AtMostTimesSlower, plain_goal}},
+            shape.nodes);
 }
 
 void run_broadcasts()
@@ -216,18 +254,8 @@ void run_broadcasts()
         char name[64];
         std::snprintf(name, sizeof name, "broadcast, %d by %d%s", shape.nodes, shape.fan,
                       shape.shuffled ? ", shuffled" : "");
-        if (!is_wanted(name))
-            return;
-        const auto root = make_tree<Counting>(shape);
-        const auto send = [root] {
-            GEvent event;
-            event.what = kKind;
-            GResponder::Message(root.get(), event);
-        };
-        compare(name, send,
-                {{"Qt", qt::broadcast(shape), Goal::AtLeastTimesFaster, qt_goal},
-                 {"recursion", plain::broadcast(shape), Goal::AtMostTimesSlower, plain_goal}},
-                shape.nodes);
+        if (is_wanted(name))
+            in_new_process([&] { run_broadcast(name, shape, qt_goal, plain_goal); });
     };
     for (const int fan : {4, 16, 100}) {
         run({1000, fan, false}, 4, 2);
@@ -239,8 +267,6 @@ void run_broadcasts()
 void run_notification()
 {
     constexpr int kReceivers = 1000;
-    if (!is_wanted("notify 1000 receivers"))
-        return;
     const auto sender = std::make_shared<GResponder>();
     const auto receivers = std::make_shared<std::vector<std::unique_ptr<Receiver>>>();
     for (int number = 0; number < kReceivers; ++number) {
@@ -287,23 +313,30 @@ void run_children()
         if (!is_wanted(append) && !is_wanted(remove))
             continue;
         const int owners = 10'000 / children;
-        compare_halves(append, remove, own_children(owners, children),
-                       qt::children(owners, children), 10'000, 6, children < 10'000 ? 6 : 1, 3);
+        in_new_process([&] {
+            compare_halves(append, remove, own_children(owners, children),
+                           qt::children(owners, children), 10'000, 6, children < 10'000 ? 6 : 1, 3);
+        });
     }
 }
 
-void run_tree()
+void run_walks()
 {
     for (const bool shuffled : {false, true}) {
         const char* name = shuffled ? "walk, 100000 by 16, shuffled" : "walk, 100000 by 16";
         const TreeShape shape = {100'000, 16, shuffled};
-        if (is_wanted(name))
+        if (!is_wanted(name))
+            continue;
+        in_new_process([&] {
             compare(
                 name, [root = make_tree<GResponder>(shape)] { count(*root); },
                 {{"Qt", qt::walk(shape), Goal::AtLeastTimesFaster, 2.5}}, shape.nodes);
+        });
     }
-    if (!is_wanted("build, 100000 by 16") && !is_wanted("teardown, 100000 by 16"))
-        return;
+}
+
+void run_build_and_teardown()
+{
     const TreeShape shape = {100'000, 16, false};
     auto root = std::make_shared<GResponder*>(nullptr);
     const auto build = [=] {
@@ -328,52 +361,60 @@ void run_states()
         if (!is_wanted(name))
             continue;
         const TreeShape shape = {nodes, 10, false};
-        const auto set = [root = make_tree<GResponder>(shape), on = false]() mutable {
-            on = !on;
-            root->set_state(GResponder::state_disabled, on ? 1 : 0);
-        };
-        compare(name, set,
-                {{"QWidget", qt::state(shape), Goal::AtLeastTimesFaster, 20},
-                 {"recursion", plain::state(shape), Goal::AtMostTimesSlower, 2}},
-                nodes);
+        in_new_process([&] {
+            const auto set = [root = make_tree<GResponder>(shape), on = false]() mutable {
+                on = !on;
+                root->set_state(GResponder::state_disabled, on ? 1 : 0);
+                ++g_handled;
+            };
+            compare(name, set,
+                    {{"QWidget", qt::state(shape), Goal::AtLeastTimesFaster, 20},
+                     {"recursion", plain::state(shape), Goal::AtMostTimesSlower, 2}},
+                    nodes);
+        });
     }
+}
+
+void run_command_reads(const char* name, unsigned long step)
+{
+    CommandIds ids;
+    for (unsigned long number = 0; number < 1000; ++number) {
+        ids.ids.push_back(number * step);
+        GResponder::CheckCommand(number * step, 1);
+    }
+    const auto read = [ids = ids.ids] {
+        long enabled = 0;
+        for (const unsigned long id : ids)
+            enabled += GResponder::CommandEnabled(id) ? 1 : 0;
+        g_handled += enabled;
+    };
+    compare(name, read,
+            {{"QAction", qt::commands(ids), Goal::AtLeastTimesFaster, 2.5},
+             {"packed fields", plain::commands(ids), Goal::AtMostTimesSlower, 1.1}},
+            1000);
 }
 
 void run_commands()
 {
     for (const unsigned long step : {1UL, 97UL}) {
         const char* name = step == 1 ? "1000 command reads, dense" : "1000 command reads, sparse";
-        if (!is_wanted(name))
-            continue;
-        CommandIds ids;
-        for (unsigned long number = 0; number < 1000; ++number) {
-            ids.ids.push_back(number * step);
-            GResponder::CheckCommand(number * step, 1);
-        }
-        const auto read = [ids = ids.ids] {
-            long enabled = 0;
-            for (const unsigned long id : ids)
-                enabled += GResponder::CommandEnabled(id) ? 1 : 0;
-            g_handled += enabled;
-        };
-        compare(name, read,
-                {{"QAction", qt::commands(ids), Goal::AtLeastTimesFaster, 2.5},
-                 {"packed fields", plain::commands(ids), Goal::AtMostTimesSlower, 1.1}},
-                1000);
+        if (is_wanted(name))
+            in_new_process([&] { run_command_reads(name, step); });
     }
 }
 
-void run_rest()
+void run_idle_pass()
 {
-    if (is_wanted("idle pass without idlers")) {
-        const auto pass = [] {
-            for (int turn = 0; turn < 1000; ++turn)
-                GIdler::CallAllIdleFunctions();
-        };
-        compare("idle pass without idlers", pass, {}, 1000);
-    }
-    if (!is_wanted("bytes of a bare object"))
-        return;
+    const auto pass = [] {
+        for (int turn = 0; turn < 1000; ++turn)
+            GIdler::CallAllIdleFunctions();
+    };
+    compare("idle pass without idlers", pass, {}, 1000);
+    ++g_handled;
+}
+
+void compare_sizes()
+{
     constexpr std::size_t kObjects = 1000;
     std::vector<std::unique_ptr<GResponder>> objects(kObjects);
     const std::size_t before = ::mallinfo2().uordblks;
@@ -383,6 +424,7 @@ void run_rest()
     const std::size_t theirs = qt::object_bytes();
     std::printf("%-34s %zu; QObject %zu%s\n", "bytes of a bare object", own, theirs,
                 own <= theirs ? "" : " MISSED");
+    ++g_handled;
 }
 
 }  // namespace
@@ -391,14 +433,23 @@ int main(int argc, char** argv)
 {
     if (argc > 1 && argv[1][0] != '-')  // options are Google Benchmark's
         g_wanted = argv[1];
+    // Memory that was freed stays with the process: nobody pays for getting it anew.
+    ::mallopt(M_TRIM_THRESHOLD, 1 << 30);
+    ::mallopt(M_MMAP_THRESHOLD, 1 << 30);
     qt::start(argc, argv);
     run_events();
     run_broadcasts();
-    run_notification();
+    if (is_wanted("notify 1000 receivers"))
+        in_new_process(run_notification);
     run_children();
-    run_tree();
+    run_walks();
+    if (is_wanted("build, 100000 by 16") || is_wanted("teardown, 100000 by 16"))
+        in_new_process(run_build_and_teardown);
     run_states();
     run_commands();
-    run_rest();
-    return g_handled > 0 ? 0 : 1;
+    if (is_wanted("idle pass without idlers"))
+        in_new_process(run_idle_pass);
+    if (is_wanted("bytes of a bare object"))
+        in_new_process(compare_sizes);
+    return g_failed ? 1 : 0;
 }
