@@ -30,35 +30,41 @@ std::size_t bytes_of(int entries)
     return static_cast<std::size_t>(entries) * sizeof(GResponder*);
 }
 
-/// Looks at eight at a time, which the compiler turns into a few comparisons of whole registers.
-constexpr int kAtOnce = 8;
+/// A slot more than it has children tells the room.
+std::size_t bytes_of_block(int capacity)
+{
+    return (static_cast<std::size_t>(capacity) + 1) * sizeof(GResponder*);
+}
 
 }  // namespace
 
 ChildList::~ChildList()
 {
-    if (items_ != nullptr)
-        free_block(items_ - front_);
+    clear();
 }
 
 void ChildList::clear()
 {
-    if (items_ != nullptr)
-        free_block(items_ - front_);
+    if (slots_ == nullptr)
+        return;
+    free_block(block());
     forget();
 }
 
 int ChildList::index_of(const GResponder* child) const
 {
     int index = 0;
-    for (; index + kAtOnce <= count_; index += kAtOnce) {
-        bool found = false;
-        for (int next = 0; next < kAtOnce; ++next)
-            found |= items_[index + next] == child;
-        if (found)
-            break;
+    for (; index + 4 <= count_; index += 4) {  // few entries in most lists: no setting out first
+        if (slots_[index].child == child)
+            return index;
+        if (slots_[index + 1].child == child)
+            return index + 1;
+        if (slots_[index + 2].child == child)
+            return index + 2;
+        if (slots_[index + 3].child == child)
+            return index + 3;
     }
-    while (index < count_ && items_[index] != child)
+    while (index < count_ && slots_[index].child != child)
         ++index;
     return index;
 }
@@ -66,118 +72,117 @@ int ChildList::index_of(const GResponder* child) const
 void ChildList::insert_at(int index, GResponder* child)
 {
     assert(index >= 0 && index <= count_ && count_ < kMaxCount);
-    const int behind = capacity_ - front_ - count_;
     const bool near_front = index < count_ - index;
-    if (front_ + behind == 0) {
+    if (slots_ == nullptr || room().capacity == count_)
         grow(index);
-    } else if ((near_front ? int{front_} : behind) == 0) {
-        // Half of the room that lies at the other end comes over to this one.
-        const int moved = (front_ + behind + 1) / 2;
-        GResponder** target = near_front ? items_ + moved : items_ - moved;
-        std::memmove(target, items_, bytes_of(count_));
-        items_ = target;
-        front_ = static_cast<std::uint16_t>(near_front ? front_ + moved : front_ - moved);
+    const int front = room().front;
+    const int behind = room().capacity - front - count_;
+    // Half of the room that lies at the other end comes over to this one.
+    if (near_front && front == 0)
+        move_list((behind + 1) / 2);
+    else if (!near_front && behind == 0)
+        move_list(-((front + 1) / 2));
+    if (near_front) {
+        const Room before = room();
+        --slots_;
+        move_entries(0, 1, index);
+        room() = {static_cast<std::uint16_t>(before.front - 1), before.capacity};
+    } else {
+        move_entries(index + 1, index, count_ - index);
     }
-    if (front_ > 0 && (near_front || capacity_ - front_ - count_ == 0)) {
-        --items_;
-        --front_;
-        std::memmove(items_, items_ + 1, bytes_of(index));
-    } else if (index < count_) {
-        std::memmove(items_ + index + 1, items_ + index, bytes_of(count_ - index));
-    }
-    items_[index] = child;
+    slots_[index].child = child;
     ++count_;
+}
+
+/// Within the block.
+void ChildList::move_list(int by)
+{
+    const Room before = room();
+    std::memmove(slots_ + by, slots_, bytes_of(count_));
+    slots_ += by;
+    room() = {static_cast<std::uint16_t>(before.front + by), before.capacity};
 }
 
 /// The new room comes to the end that is nearer to `index`.
 void ChildList::grow(int index)
 {
     const int capacity = block_entries(count_ + 1);
-    const bool near_front = index < count_ - index;
-    if (near_front || items_ == nullptr) {
-        move_into_block_of(capacity, near_front ? capacity - count_ : 0);
+    if (slots_ == nullptr || index < count_ - index) {
+        move_into_block_of(capacity, slots_ == nullptr ? 0 : capacity - count_);
         return;
     }
-    items_ = static_cast<GResponder**>(resize_block(items_, bytes_of(capacity)));
-    capacity_ = static_cast<std::uint16_t>(capacity);
+    // Full, so that nothing lies in front of the list.
+    slots_ = static_cast<Slot*>(resize_block(slots_ - 1, bytes_of_block(capacity))) + 1;
+    room() = {0, static_cast<std::uint16_t>(capacity)};
 }
 
 void ChildList::move_into_block_of(int capacity, int front)
 {
-    auto** block = static_cast<GResponder**>(allocate_block(bytes_of(capacity)));
+    Slot* first = static_cast<Slot*>(allocate_block(bytes_of_block(capacity))) + 1 + front;
     if (count_ > 0)
-        std::memcpy(block + front, items_, bytes_of(count_));
-    if (items_ != nullptr)
-        free_block(items_ - front_);
-    items_ = block + front;
-    front_ = static_cast<std::uint16_t>(front);
-    capacity_ = static_cast<std::uint16_t>(capacity);
+        std::memcpy(first, slots_, bytes_of(count_));
+    if (slots_ != nullptr)
+        free_block(block());
+    slots_ = first;
+    room() = {static_cast<std::uint16_t>(front), static_cast<std::uint16_t>(capacity)};
 }
 
 void ChildList::remove_at(int index)
 {
     assert(index >= 0 && index < count_);
     if (index < count_ - 1 - index) {
-        std::memmove(items_ + 1, items_, bytes_of(index));
-        ++items_;
-        ++front_;
+        const Room before = room();
+        move_entries(1, 0, index);
+        ++slots_;
+        room() = {static_cast<std::uint16_t>(before.front + 1), before.capacity};
     } else {
-        std::memmove(items_ + index, items_ + index + 1, bytes_of(count_ - 1 - index));
+        move_entries(index, index + 1, count_ - 1 - index);
     }
     --count_;
-    if (capacity_ > kSmall && count_ > 0 && count_ % kStep == 0 &&
-        capacity_ >= 2 * block_entries(count_))
+    if (count_ > 0 && count_ % kStep == 0 && room().capacity > kSmall &&
+        room().capacity >= 2 * block_entries(count_))
         give_back();
 }
 
 void ChildList::give_back()
 {
-    GResponder** block = items_ - front_;
-    std::memmove(block, items_, bytes_of(count_));
+    move_list(-room().front);
     const int capacity = block_entries(count_);
-    items_ = block;
-    front_ = 0;
-    items_ = static_cast<GResponder**>(resize_block(block, bytes_of(capacity)));
-    capacity_ = static_cast<std::uint16_t>(capacity);
+    slots_ = static_cast<Slot*>(resize_block(slots_ - 1, bytes_of_block(capacity))) + 1;
+    room().capacity = static_cast<std::uint16_t>(capacity);
 }
 
 void ChildList::swap(int index1, int index2)
 {
-    std::swap(items_[index1], items_[index2]);
+    std::swap(slots_[index1], slots_[index2]);
 }
 
 void ChildList::move_entries(int to, int from, int number)
 {
-    assert(number >= 0 && to >= 0 && from >= 0 && std::max(to, from) + number <= count_);
+    assert(number >= 0 && to >= 0 && from >= 0);
     if (number > 0)
-        std::memmove(items_ + to, items_ + from, bytes_of(number));
+        std::memmove(slots_ + to, slots_ + from, bytes_of(number));
 }
 
 void ChildList::share(const ChildList& other)
 {
-    items_ = other.items_;
+    slots_ = other.slots_;
     count_ = other.count_;
-    front_ = other.front_;
-    capacity_ = other.capacity_;
 }
 
 void ChildList::forget()
 {
-    items_ = nullptr;
+    slots_ = nullptr;
     count_ = 0;
-    front_ = 0;
-    capacity_ = 0;
 }
 
 void ChildList::own_array()
 {
     ChildList copy;
     if (count_ > 0) {
-        const int capacity = block_entries(count_);
-        copy.items_ = static_cast<GResponder**>(allocate_block(bytes_of(capacity)));
-        copy.capacity_ = static_cast<std::uint16_t>(capacity);
+        copy.move_into_block_of(block_entries(count_), 0);
         copy.count_ = count_;
-        std::memcpy(copy.items_, items_, bytes_of(count_));
+        std::memcpy(copy.slots_, slots_, bytes_of(count_));
     }
     share(copy);
     copy.forget();

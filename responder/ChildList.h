@@ -22,12 +22,12 @@ public:
 
     [[nodiscard]] int count() const { return count_; }
     /// `index` lies in 0 to count() - 1.
-    [[nodiscard]] GResponder* operator[](int index) const { return items_[index]; }
+    [[nodiscard]] GResponder* operator[](int index) const { return slots_[index].child; }
     /// Has the processor fetch the child, if there is one.
     void prefetch(int index) const
     {
         if (index < count_)
-            __builtin_prefetch(items_[index]);
+            __builtin_prefetch(slots_[index].child);
     }
     /// The lowest index of `child`; count() when it is missing. Linear.
     [[nodiscard]] int index_of(const GResponder* child) const;
@@ -38,7 +38,7 @@ public:
     /// `index` lies in 0 to count() - 1. Gives memory back when half of it or less is used, but not
     /// a small array.
     void remove_at(int index);
-    void put_at(int index, GResponder* child) { items_[index] = child; }
+    void put_at(int index, GResponder* child) { slots_[index].child = child; }
     void swap(int index1, int index2);
     /// Moves `number` entries from index `from` to index `to`, over what lies there.
     void move_entries(int to, int from, int number);
@@ -54,14 +54,28 @@ public:
     void own_array();
 
 private:
+    /// What a block has room for, in children: in front of the list, and in all.
+    struct Room {
+        std::uint16_t front;
+        std::uint16_t capacity;
+    };
+    union Slot {
+        GResponder* child;
+        Room room;
+    };
+
+    /// Of a list with a block.
+    [[nodiscard]] Room& room() { return slots_[-1].room; }
+    [[nodiscard]] Slot* block() { return slots_ - 1 - room().front; }
+    void move_list(int by);
     void grow(int index);
     void give_back();
     void move_into_block_of(int capacity, int front);
 
-    GResponder** items_ = nullptr;  ///< The first child, `front_` entries into the block.
+    /// The first child. The slot in front of it tells the room and moves with it: a list costs its
+    /// owner a pointer and a count.
+    Slot* slots_ = nullptr;
     std::int16_t count_ = 0;
-    std::uint16_t front_ = 0;
-    std::uint16_t capacity_ = 0;  ///< Of the block.
 };
 
 }  // namespace zmr

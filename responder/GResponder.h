@@ -9,6 +9,7 @@
 #include "responder/GIdler.h"
 
 #include <cstdint>
+#include <memory>
 
 class GBehaviour;
 class GCollection;
@@ -132,7 +133,10 @@ public:
     [[nodiscard]] GResponder* get_owner() const { return owner_; }
     /// The current child. One that was removed stays current until another is set, it ends or gets
     /// another owner, or keeping it would lead round in a circle.
-    [[nodiscard]] GResponder* get_current() const { return current_; }
+    [[nodiscard]] GResponder* get_current() const
+    {
+        return extras_ != nullptr ? extras_->current : nullptr;
+    }
     [[nodiscard]] short getCount() const { return static_cast<short>(children_.count()); }
     /// Null outside the list.
     [[nodiscard]] GResponder* at(short index) const
@@ -233,7 +237,10 @@ public:
     // Behaviours.
     void attach(GBehaviour* behaviour) { attach_behaviour(behaviour); }
     void detach(GBehaviour* behaviour) { detach_behaviour(behaviour); }
-    [[nodiscard]] GBehaviour* get_behaviours() const { return behaviours_; }
+    [[nodiscard]] GBehaviour* get_behaviours() const
+    {
+        return extras_ != nullptr ? extras_->behaviours : nullptr;
+    }
     void destroy_all_behaviours();
     void write_behaviours(opstream& out);
     void read_behaviours(ipstream& in);
@@ -256,7 +263,10 @@ public:
     bool change_regime(unsigned long regime);
 
     // Colours.
-    [[nodiscard]] PaletteCollection* get_palette() const { return palette_; }
+    [[nodiscard]] PaletteCollection* get_palette() const
+    {
+        return extras_ != nullptr ? extras_->palette : nullptr;
+    }
     /// Takes `palette` over, which may be null.
     void set_palette(PaletteCollection* palette);
     void set_palette_entry(long index, const RGB_Color& color);
@@ -364,6 +374,16 @@ private:
     friend class GBehaviour;
     struct PlainFields {};
 
+    /// What most responders are without.
+    struct Extras {
+        GBehaviour* behaviours = nullptr;  ///< Head of the chain.
+        GResponder* current = nullptr;
+        GResponder* current_of = nullptr;  ///< Whose `current` this one is.
+        char* label = nullptr;
+        GCollection* receivers = nullptr;  ///< NotificationLinks; made at the first need.
+        PaletteCollection* palette = nullptr;
+    };
+
     // What another responder owns, by operator=: bits of `borrowed_`.
     static constexpr unsigned char kChildren = 0x01;
     static constexpr unsigned char kBehaviours = 0x02;
@@ -376,6 +396,17 @@ private:
     GResponder(const GResponder& other, PlainFields);
     void copy_behaviours(GBehaviour* head);
     void release_all();
+    void release_extras();
+    /// Makes them at the first need. Throws std::bad_alloc.
+    Extras& own_extras();
+    [[nodiscard]] GCollection* receivers() const
+    {
+        return extras_ != nullptr ? extras_->receivers : nullptr;
+    }
+    [[nodiscard]] GResponder* current_of() const
+    {
+        return extras_ != nullptr ? extras_->current_of : nullptr;
+    }
     [[nodiscard]] bool borrows(unsigned char what) const { return (borrowed_ & what) != 0; }
     void stop_borrowing(unsigned char what);
     void own_children();
@@ -396,43 +427,35 @@ private:
     void pass_state_on(std::uint32_t bits, unsigned char on);
     void show_by_owner();
     void unlink_behaviour(GBehaviour* behaviour);
-    void set_behaviours(GBehaviour* head)
-    {
-        behaviours_ = head;
-        has_behaviours_ = head != nullptr;
-    }
+    void set_behaviours(GBehaviour* head);
 
     void dispatch(GEvent& event);
     void dispatch_by_behaviours(GEvent& event);
     void broadcast(GEvent& event);
+    void take_press(GEvent& event);
 
     NotificationLink* add_receiver(GResponder* receiver, GEvent::GEventType kind,
                                    std::uint32_t word);
     void destroy_linked_object_collection();
     void write_link(opstream& out, GResponder* target);
     [[nodiscard]] GResponder* read_link(ipstream& in);
-    void set_label_read(char* label);
+    void take_label(char* label);
     void read_receivers(ipstream& in);
 
     static zmr::Immortal<GCommandSet> commands_;
     static bool command_set_changed_;
 
-    // What the way of an event through a leaf touches stands in front, in one line of the cache
-    // with the bases where the allocator makes that possible.
+    // Few bytes, and what the way of an event through a leaf touches in front: the memory that a
+    // large tree takes is what its events, walks and end cost.
     [[no_unique_address]] zmr::ChildList children_;
-    bool has_behaviours_ = false;
+    bool has_behaviours_ : 1 = false;
+    bool has_doubles_ : 1 = false;  ///< A child may stand in the list twice, by rearrange.
+    bool parent_color_ : 1 = false;
+    bool parent_select_color_ : 1 = false;
     unsigned char borrowed_ = 0;
-    GBehaviour* behaviours_ = nullptr;  ///< Head of the chain.
     std::uint32_t state_ = state_shown;
     std::uint32_t options_ = 0;
-    GResponder* owner_ = nullptr;
-    GResponder* current_ = nullptr;
-    GResponder* current_of_ = nullptr;  ///< Whose `current_` this one is.
-    char* label_ = nullptr;
-    GCollection* linked_objects_ = nullptr;  ///< NotificationLinks; made at the first need.
-    PaletteCollection* palette_ = nullptr;   ///< Made at the first need.
     std::uint32_t regime_ = 0;
-    bool parent_color_ = false;
-    bool parent_select_color_ = false;
-    bool has_doubles_ = false;  ///< A child may stand in the list twice, by rearrange.
+    GResponder* owner_ = nullptr;
+    std::unique_ptr<Extras> extras_;
 };

@@ -62,7 +62,7 @@ void GResponder::dispatch_by_behaviours(GEvent& event)
     zmr::RunningDispatch running(this, owner_before);
     bool taken = false;
     bool after = false;
-    for (GBehaviour* behaviour = running.stand_on(behaviours_); behaviour != nullptr;
+    for (GBehaviour* behaviour = running.stand_on(get_behaviours()); behaviour != nullptr;
          behaviour = running.step()) {
         if ((event.what & GEvent::event_positional_mask) != 0 && !taken)
             taken = behaviour->mouse_ran_round(event);
@@ -90,7 +90,7 @@ void GResponder::dispatch_by_behaviours(GEvent& event)
     if (owner_before != nullptr &&
         (running.owner() == nullptr || (owner_ != owner_before && !owner_before->contains(this))))
         return;
-    for (GBehaviour* behaviour = running.stand_on(behaviours_); behaviour != nullptr;
+    for (GBehaviour* behaviour = running.stand_on(get_behaviours()); behaviour != nullptr;
          behaviour = running.step()) {
         if ((behaviour->mode & GBehaviour::handles_after) != 0)
             behaviour->handle_event(event);
@@ -101,11 +101,14 @@ void GResponder::dispatch_by_behaviours(GEvent& event)
 
 void GResponder::handle_event(GEvent& event)
 {
-    if ((event.what & GEvent::event_input_mask) == 0) {
-        if (children_.count() != 0)
-            broadcast(event);
-        return;
-    }
+    if ((event.what & GEvent::event_input_mask) != 0)
+        take_press(event);
+    else if (children_.count() != 0)
+        broadcast(event);
+}
+
+void GResponder::take_press(GEvent& event)
+{
     if (event.what != GEvent::event_mouse_press ||
         (state_ & (state_selected | state_disabled)) != 0 ||
         (options_ & (option_selectable | option_to_front)) == 0)
@@ -120,20 +123,27 @@ void GResponder::handle_event(GEvent& event)
 void GResponder::broadcast(GEvent& event)
 {
     const zmr::RunningDispatch running(this, nullptr);
-    GResponder* const current = current_;
-    if (current != nullptr)
-        Message(current, event);
     for (int index = 0; index < std::min(kAhead, children_.count()); ++index)
         children_.prefetch(index);
-    for (int index = 0; running.alive() && index < children_.count(); ++index) {
+    GResponder* const current = get_current();
+    if (current != nullptr) {
+        Message(current, event);
+        if (!running.alive())
+            return;
+    }
+    for (int index = 0; index < children_.count(); ++index) {
         if (event.what == 0)
             return;  // the others would not look at it
         children_.prefetch(index + kAhead);
         GResponder* child = children_[index];
         if (child == current)
             continue;
-        if ((event.what & GEvent::event_input_mask) == 0 || !child->is_disabled())
-            child->dispatch(event);
+        if ((event.what & GEvent::event_input_mask) == 0 && !child->has_behaviours_) [[likely]]
+            child->handle_event(event);
+        else
+            Message(child, event);
+        if (!running.alive())
+            return;
     }
 }
 

@@ -26,10 +26,28 @@ GResponder::GResponder(const GResponder& other, PlainFields)
 
 GResponder::GResponder(const GResponder& other) : GResponder(other, PlainFields())
 {
-    label_ = gnewstr(other.label_);
-    copy_behaviours(other.behaviours_);
-    if (other.palette_ != nullptr)
-        palette_ = zmr::class_cast<PaletteCollection>(other.palette_->clone(true));
+    const Extras* others = other.extras_.get();
+    if (others == nullptr)
+        return;
+    if (others->label != nullptr)
+        own_extras().label = gnewstr(others->label);
+    copy_behaviours(others->behaviours);
+    if (others->palette != nullptr)
+        own_extras().palette = zmr::class_cast<PaletteCollection>(others->palette->clone(true));
+}
+
+GResponder::Extras& GResponder::own_extras()
+{
+    if (extras_ == nullptr)
+        extras_ = std::make_unique<Extras>();
+    return *extras_;
+}
+
+void GResponder::set_behaviours(GBehaviour* head)
+{
+    if (head != nullptr || extras_ != nullptr)
+        own_extras().behaviours = head;
+    has_behaviours_ = head != nullptr;
 }
 
 /// Clones the chain without those that are not to be written. Cloning the first one clones all.
@@ -40,7 +58,7 @@ void GResponder::copy_behaviours(GBehaviour* head)
     if (head == nullptr)
         return;
     set_behaviours(zmr::class_cast<GBehaviour>(head->clone(true)));
-    for (GBehaviour* copy = behaviours_; copy != nullptr; copy = copy->get_next())
+    for (GBehaviour* copy = get_behaviours(); copy != nullptr; copy = copy->get_next())
         copy->attaching_to_object(this, 1);
 }
 
@@ -51,11 +69,14 @@ GResponder& GResponder::operator=(const GResponder& other)
     release_all();
     GStreamable::operator=(other);
     children_.share(other.children_);
-    set_behaviours(other.behaviours_);
-    label_ = other.label_;
-    linked_objects_ = other.linked_objects_;
-    palette_ = other.palette_;
-    current_ = other.current_;
+    set_behaviours(other.get_behaviours());
+    if (const Extras* others = other.extras_.get()) {
+        Extras& own = own_extras();
+        own.label = others->label;
+        own.receivers = others->receivers;
+        own.palette = others->palette;
+        own.current = others->current;
+    }
     owner_ = other.owner_;
     state_ = other.state_;
     options_ = other.options_;
@@ -70,8 +91,8 @@ GResponder& GResponder::operator=(const GResponder& other)
 GResponder::~GResponder()
 {
     release_all();
-    if (current_of_ != nullptr)
-        current_of_->current_ = nullptr;
+    if (GResponder* holder = current_of())
+        holder->extras_->current = nullptr;
     zmr::RunningDispatch::ResponderDies(this);
 }
 
@@ -79,15 +100,8 @@ GResponder::~GResponder()
 /// pointer to itself in the tree.
 void GResponder::release_all()
 {
-    destroy_all_behaviours();
-    destroy_linked_object_collection();
-    if (!borrows(kPalette))
-        delete palette_;
-    palette_ = nullptr;
-    if (!borrows(kLabel))
-        gfreestr(label_);
-    label_ = nullptr;
-    hold_current(nullptr);
+    if (extras_ != nullptr)
+        release_extras();
     if (borrows(kChildren))
         children_.forget();
     for (int index = 0; index < children_.count(); ++index) {
@@ -99,6 +113,20 @@ void GResponder::release_all()
         owner_->delete_from_list(this);
     owner_ = nullptr;
     borrowed_ = 0;
+}
+
+/// What the extras hold; they stay, because another one may have this one as its current child.
+void GResponder::release_extras()
+{
+    destroy_all_behaviours();
+    destroy_linked_object_collection();
+    if (!borrows(kPalette))
+        delete extras_->palette;
+    extras_->palette = nullptr;
+    if (!borrows(kLabel))
+        gfreestr(extras_->label);
+    extras_->label = nullptr;
+    hold_current(nullptr);
 }
 
 void GResponder::stop_borrowing(unsigned char what)
@@ -119,7 +147,7 @@ void GResponder::own_behaviours()
     if (!borrows(kBehaviours))
         return;
     stop_borrowing(kBehaviours);
-    GBehaviour* const borrowed = behaviours_;
+    GBehaviour* const borrowed = get_behaviours();
     set_behaviours(nullptr);
     copy_behaviours(borrowed);
 }
@@ -129,9 +157,10 @@ void GResponder::own_receivers()
     if (!borrows(kReceivers))
         return;
     stop_borrowing(kReceivers);
-    const GCollection* borrowed = std::exchange(linked_objects_, nullptr);
+    const GCollection* borrowed = receivers();
     if (borrowed == nullptr)
         return;
+    extras_->receivers = nullptr;
     for (long index = 0; index < borrowed->count; ++index) {
         const auto* link = static_cast<const NotificationLink*>(borrowed->items[index]);
         if (link->target != nullptr)
@@ -145,8 +174,10 @@ void GResponder::own_palette()
     if (!borrows(kPalette))
         return;
     stop_borrowing(kPalette);
-    if (PaletteCollection* borrowed = std::exchange(palette_, nullptr))
-        palette_ = zmr::class_cast<PaletteCollection>(borrowed->clone(true));
+    if (get_palette() == nullptr)
+        return;
+    if (PaletteCollection* borrowed = std::exchange(extras_->palette, nullptr))
+        extras_->palette = zmr::class_cast<PaletteCollection>(borrowed->clone(true));
 }
 
 void GResponder::shut_down()
@@ -181,16 +212,24 @@ void GResponder::idle() {}
 
 const char* GResponder::get_label()
 {
-    return label_;
+    return extras_ != nullptr ? extras_->label : nullptr;
 }
 
 void GResponder::set_label(const char* label)
 {
-    char* copy = gnewstr(label);
+    take_label(gnewstr(label));
+}
+
+/// Takes `label` over.
+void GResponder::take_label(char* label)
+{
+    if (label == nullptr && extras_ == nullptr)
+        return;
+    char*& own = own_extras().label;
     if (!borrows(kLabel))
-        gfreestr(label_);
+        gfreestr(own);
     stop_borrowing(kLabel);
-    label_ = copy;
+    own = label;
 }
 
 void GResponder::attach_behaviour(GBehaviour* behaviour)
@@ -200,7 +239,7 @@ void GResponder::attach_behaviour(GBehaviour* behaviour)
     if (behaviour->host_responder != nullptr)
         behaviour->host_responder->detach_behaviour(behaviour);
     own_behaviours();
-    behaviour->next_behaviour = behaviours_;
+    behaviour->next_behaviour = get_behaviours();
     set_behaviours(behaviour);
     behaviour->attaching_to_object(this, 1);
 }
@@ -216,23 +255,25 @@ void GResponder::detach_behaviour(GBehaviour* behaviour)
 /// Takes it out of the chain, if it is there; its own link stays as it is.
 void GResponder::unlink_behaviour(GBehaviour* behaviour)
 {
-    GBehaviour** link = &behaviours_;
+    if (extras_ == nullptr)
+        return;
+    GBehaviour** link = &extras_->behaviours;
     while (*link != nullptr && *link != behaviour)
         link = &(*link)->next_behaviour;
     if (*link != nullptr)
         *link = behaviour->next_behaviour;
-    has_behaviours_ = behaviours_ != nullptr;
+    has_behaviours_ = extras_->behaviours != nullptr;
 }
 
 void GResponder::destroy_all_behaviours()
 {
-    if (behaviours_ == nullptr)
+    if (!has_behaviours_)
         return;
     zmr::RunningDispatch::ChainEnds(this);
     if (borrows(kBehaviours))
         set_behaviours(nullptr);
     stop_borrowing(kBehaviours);
-    while (GBehaviour* behaviour = behaviours_) {
+    while (GBehaviour* behaviour = get_behaviours()) {
         set_behaviours(behaviour->next_behaviour);
         GStreamable::destroy(behaviour);
     }

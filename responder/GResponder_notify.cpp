@@ -41,9 +41,9 @@ void GResponder::notify_when_modified(GResponder* receiver, GEvent::GEventType k
     const auto word = static_cast<std::uint32_t>(asked_word);
     own_receivers();
     pack_collection_of_notification_receivers();
-    if (linked_objects_ != nullptr) {
-        for (long index = linked_objects_->count - 1; index >= 0; --index) {
-            if (tells(*link_at(*linked_objects_, index), receiver, kind, word))
+    if (const GCollection* links = receivers()) {
+        for (long index = links->count - 1; index >= 0; --index) {
+            if (tells(*link_at(*links, index), receiver, kind, word))
                 return;
         }
     }
@@ -54,13 +54,14 @@ void GResponder::notify_when_modified(GResponder* receiver, GEvent::GEventType k
 NotificationLink* GResponder::add_receiver(GResponder* receiver, GEvent::GEventType kind,
                                            std::uint32_t word)
 {
-    if (linked_objects_ == nullptr)
-        linked_objects_ = new GCollection(0, 2, 0);
+    GCollection*& links = own_extras().receivers;
+    if (links == nullptr)
+        links = new GCollection(0, 2, 0);
     auto link = std::make_unique<NotificationLink>();
     link->set(receiver, receiver);
     link->event_kind = kind;
     link->event_word = word;
-    linked_objects_->v_insert(link.get());
+    links->v_insert(link.get());
     return link.release();
 }
 
@@ -69,37 +70,41 @@ void GResponder::cancel_notification(GResponder* receiver, GEvent::GEventType ki
 {
     const auto word = static_cast<std::uint32_t>(asked_word);
     own_receivers();
-    if (linked_objects_ == nullptr)
+    GCollection* const links = receivers();
+    if (links == nullptr)
         return;
-    for (long index = linked_objects_->count - 1; index >= 0; --index) {
-        const NotificationLink& link = *link_at(*linked_objects_, index);
+    for (long index = links->count - 1; index >= 0; --index) {
+        const NotificationLink& link = *link_at(*links, index);
         if (link.target == nullptr || tells(link, receiver, kind, word))
-            delete_link(*linked_objects_, index);
+            delete_link(*links, index);
     }
 }
 
 void GResponder::pack_collection_of_notification_receivers()
 {
     own_receivers();
-    if (linked_objects_ == nullptr)
+    GCollection* const links = receivers();
+    if (links == nullptr)
         return;
-    for (long index = linked_objects_->count - 1; index >= 0; --index) {
-        if (link_at(*linked_objects_, index)->target == nullptr)
-            delete_link(*linked_objects_, index);
+    for (long index = links->count - 1; index >= 0; --index) {
+        if (link_at(*links, index)->target == nullptr)
+            delete_link(*links, index);
     }
 }
 
 void GResponder::object_modified()
 {
-    if (linked_objects_ == nullptr)
+    if (receivers() == nullptr)
         return;
     // A receiver may end this responder, change the list, or bring it to its end.
     const zmr::RunningDispatch running(this, nullptr);
-    for (long index = 0;
-         running.alive() && linked_objects_ != nullptr && index < linked_objects_->count; ++index) {
-        if (index + kAhead < linked_objects_->count)
-            __builtin_prefetch(link_at(*linked_objects_, index + kAhead)->target);
-        const NotificationLink& link = *link_at(*linked_objects_, index);
+    for (long index = 0; running.alive(); ++index) {
+        const GCollection* const links = receivers();
+        if (links == nullptr || index >= links->count)
+            return;
+        if (index + kAhead < links->count)
+            __builtin_prefetch(link_at(*links, index + kAhead)->target);
+        const NotificationLink& link = *link_at(*links, index);
         GEvent event;
         event.what = link.event_kind;
         event.info_word = link.event_word;
@@ -113,15 +118,16 @@ void GResponder::get_notification_receivers(GCollection& out) const
     const_cast<GResponder*>(this)->pack_collection_of_notification_receivers();
     out.empty();
     out.owns_items = 0;
-    if (linked_objects_ != nullptr)
-        out.v_at_insert_range(0, linked_objects_->items, linked_objects_->count);
+    if (const GCollection* links = receivers())
+        out.v_at_insert_range(0, links->items, links->count);
 }
 
 void GResponder::destroy_linked_object_collection()
 {
-    GCollection* links = std::exchange(linked_objects_, nullptr);
+    GCollection* const links = receivers();
     if (links == nullptr)
         return;
+    extras_->receivers = nullptr;
     if (borrows(kReceivers)) {
         stop_borrowing(kReceivers);
         return;

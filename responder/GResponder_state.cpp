@@ -58,8 +58,10 @@ void GResponder::follow_state(std::uint32_t bits, unsigned char on)
         show_by_owner();
     if ((bits & kInherited) != 0)
         pass_state_on(bits, on);
-    if ((bits & kFocused) != 0 && current_ != nullptr)
-        current_->set_state(state_focused, on);
+    if ((bits & kFocused) != 0) {
+        if (GResponder* current = get_current())
+            current->set_state(state_focused, on);
+    }
     if ((bits & kExposed) != 0) {
         for (int index = children_.count() - 1; index >= 0; --index) {
             if (index < children_.count() && children_[index]->exposed() != (on != 0))
@@ -99,7 +101,8 @@ void GResponder::select()
 void GResponder::select_next(unsigned char forward)
 {
     const int count = children_.count();
-    const int start = current_ != nullptr ? children_.index_of(current_) : count;
+    const GResponder* current = get_current();
+    const int start = current != nullptr ? children_.index_of(current) : count;
     if (start == count)
         return;
     int index = start;
@@ -138,36 +141,39 @@ bool GResponder::change_regime(unsigned long regime)
 
 void GResponder::set_palette(PaletteCollection* palette)
 {
-    if (palette == palette_)
+    if (palette == get_palette())
         return;
+    PaletteCollection*& own = own_extras().palette;
     if (!borrows(kPalette))
-        delete palette_;
+        delete own;
     stop_borrowing(kPalette);
-    palette_ = palette;
+    own = palette;
 }
 
 void GResponder::set_palette_entry(long index, const RGB_Color& color)
 {
     own_palette();
-    if (palette_ == nullptr)
-        palette_ = new PaletteCollection;
-    palette_->add_entry(index, color);
+    PaletteCollection*& own = own_extras().palette;
+    if (own == nullptr)
+        own = new PaletteCollection;
+    own->add_entry(index, color);
 }
 
 void GResponder::remove_palette_entry(long index)
 {
-    if (palette_ == nullptr)
-        return;
     own_palette();
-    const long position = palette_->find_color(index);
+    PaletteCollection* own = get_palette();
+    if (own == nullptr)
+        return;
+    const long position = own->find_color(index);
     if (position >= 0)
-        palette_->at_free(position);
+        own->at_free(position);
 }
 
 RGB_Color GResponder::get_palette_entry(long index)
 {
-    if (palette_ != nullptr) {
-        if (const PaletteCollection::Entry* entry = palette_->at(palette_->find_color(index)))
+    if (const PaletteCollection* own = get_palette()) {
+        if (const PaletteCollection::Entry* entry = own->at(own->find_color(index)))
             return entry->color;
     }
     return owner_ != nullptr ? owner_->get_palette_entry(index) : get_default_color(index);

@@ -67,14 +67,14 @@ private:
 
 void GResponder::write_behaviours(opstream& out)
 {
-    GBehaviour::WriteList(out, behaviours_);
+    GBehaviour::WriteList(out, get_behaviours());
 }
 
 void GResponder::read_behaviours(ipstream& in)
 {
     destroy_all_behaviours();
     set_behaviours(GBehaviour::ReadList(in));
-    for (GBehaviour* behaviour = behaviours_; behaviour != nullptr;
+    for (GBehaviour* behaviour = get_behaviours(); behaviour != nullptr;
          behaviour = behaviour->get_next())
         behaviour->attaching_to_object(this, 1);
 }
@@ -86,19 +86,20 @@ void GResponder::old_write(opstream& out)
     out.writeDWord(state_ & kStored);
     out.writeDWord(options_);
     out.writeDWord(regime_);
-    GBehaviour::WriteList(out, behaviours_);
-    out.writeString(label_);
-    const long links = linked_objects_ == nullptr ? 0 : linked_objects_->count;
+    GBehaviour::WriteList(out, get_behaviours());
+    out.writeString(extras_ != nullptr ? extras_->label : nullptr);
+    const GCollection* told = receivers();
+    const long links = told == nullptr ? 0 : told->count;
     // More would be read as a negative number.
     const long written = std::min<long>(links, std::numeric_limits<std::int16_t>::max());
     out.writeWord(static_cast<unsigned short>(written));
     for (long index = 0; index < written; ++index) {
-        const auto* link = static_cast<const NotificationLink*>(linked_objects_->items[index]);
+        const auto* link = static_cast<const NotificationLink*>(told->items[index]);
         write_link(out, static_cast<GResponder*>(link->target));
         out.writeWord(static_cast<unsigned short>(link->event_kind & 0xFFFF));
         out.writeDWord(link->event_word);
     }
-    out.writeStreamablePointer(palette_, false);
+    out.writeStreamablePointer(get_palette(), false);
     out.writeDWord(parent_color_ ? 1 : 0);
     out.writeDWord(parent_select_color_ ? 1 : 0);
 }
@@ -119,7 +120,7 @@ void GResponder::old_read(ipstream& in)
     destroy_all_behaviours();
     set_behaviours(GBehaviour::ReadList(in));
 
-    set_label_read(version >= kWithLabel ? in.readString() : nullptr);
+    take_label(version >= kWithLabel ? in.readString() : nullptr);
     if (version >= kWithReceivers)
         read_receivers(in);
     if (version >= kWithPalette)
@@ -131,18 +132,9 @@ void GResponder::old_read(ipstream& in)
     state_ = (state & kStored) | (former_state & ~kStored);
     if (((state ^ former_state) & kShown) != 0)
         state_ &= ~kShown;
-    for (GBehaviour* behaviour = behaviours_; behaviour != nullptr;
+    for (GBehaviour* behaviour = get_behaviours(); behaviour != nullptr;
          behaviour = behaviour->get_next())
         behaviour->attaching_to_object(this, 1);
-}
-
-/// Takes `label` over.
-void GResponder::set_label_read(char* label)
-{
-    if (!borrows(kLabel))
-        gfreestr(label_);
-    stop_borrowing(kLabel);
-    label_ = label;
 }
 
 /// As notify_when_modified for each record, without looking through all of them for each.
@@ -195,9 +187,10 @@ void GResponder::write_subobjects(opstream& out)
     if (written == 0)
         return;
     // One that was removed is no part of this data.
-    const bool current_written =
-        current_ != nullptr && current_->owner_ == this && current_->shouldWrite();
-    out.writeStreamablePointer(current_written ? current_ : nullptr, false);
+    GResponder* const current = get_current();
+    const bool written_current =
+        current != nullptr && current->owner_ == this && current->shouldWrite();
+    out.writeStreamablePointer(written_current ? current : nullptr, false);
 }
 
 void GResponder::read_subobjects(ipstream& in)

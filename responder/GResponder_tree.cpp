@@ -53,7 +53,8 @@ GResponder* GResponder::prev_object(short index) const
 
 GResponder* GResponder::topmost()
 {
-    return current_ != nullptr ? current_->topmost() : this;
+    GResponder* const current = get_current();
+    return current != nullptr ? current->topmost() : this;
 }
 
 GResponder* GResponder::find_sub_object(const char* name)
@@ -172,9 +173,10 @@ void GResponder::place(int index, GResponder* child)
 {
     own_children();
     children_.insert_at(index, child);
-    if (child->current_of_ != nullptr && child->current_of_ != this)
-        child->current_of_->hold_current(nullptr);  // its former owner's
-    if (child->current_ != nullptr || child->children_.count() > 0)
+    GResponder* const holder = child->current_of();
+    if (holder != nullptr && holder != this)
+        holder->hold_current(nullptr);  // its former owner's
+    if (child->extras_ != nullptr || child->children_.count() > 0)
         drop_circular_current(child);
     child->owner_ = this;
     child->stop_borrowing(kOwner);
@@ -195,7 +197,7 @@ GResponder* GResponder::root()
 void GResponder::drop_circular_current(const GResponder* child)
 {
     GResponder* top = root();
-    while (GResponder* const holder = top->current_of_) {
+    while (GResponder* const holder = top->current_of()) {
         top = holder->root();
         if (top == child) {
             holder->hold_current(nullptr);
@@ -330,25 +332,30 @@ void GResponder::simply_assign_current(GResponder* child)
 /// removal. A child that was removed elsewhere and is current there ceases to be.
 void GResponder::hold_current(GResponder* child)
 {
-    if (current_ != nullptr && !borrows(kCurrent))
-        current_->current_of_ = nullptr;
+    if (child == nullptr && extras_ == nullptr)
+        return;
+    Extras* const of_child = child != nullptr ? &child->own_extras() : nullptr;
+    GResponder*& current = own_extras().current;
+    if (current != nullptr && !borrows(kCurrent))
+        current->extras_->current_of = nullptr;
     stop_borrowing(kCurrent);
-    current_ = child;
+    current = child;
     if (child == nullptr)
         return;
-    if (child->current_of_ != nullptr)
-        child->current_of_->current_ = nullptr;
-    child->current_of_ = this;
+    if (of_child->current_of != nullptr)
+        of_child->current_of->extras_->current = nullptr;
+    of_child->current_of = this;
 }
 
 void GResponder::set_current(GResponder* child)
 {
-    if (child == current_)
+    GResponder* const former = get_current();
+    if (child == former)
         return;
     if (child != nullptr && ((child->options_ & option_selectable) == 0 || !child->is_shown()))
         return;
-    focus_view(current_, 0);
-    select_view(current_, 0);
+    focus_view(former, 0);
+    select_view(get_current(), 0);
     select_view(child, 1);
     focus_view(child, 1);
     simply_assign_current(child);
