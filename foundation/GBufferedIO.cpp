@@ -2,6 +2,8 @@
 
 #include "foundation/GException.h"
 
+#include "platform/CException.h"
+
 #include <algorithm>
 #include <cassert>
 #include <cstring>
@@ -29,7 +31,9 @@ GBufferedIO::~GBufferedIO()
         return;
     try {
         flush();
-    } catch (...) {  // a destructor has no one to tell; `flush` before it does
+    } catch (CException* failure) {  // a destructor has no one to tell; `flush` before it does
+        failure->Delete();
+    } catch (...) {
     }
 }
 

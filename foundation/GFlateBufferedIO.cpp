@@ -2,6 +2,8 @@
 
 #include "foundation/GException.h"
 
+#include "platform/CException.h"
+
 #include <zlib.h>
 #include <algorithm>
 #include <cassert>
@@ -48,7 +50,9 @@ GFlateBufferedIO::~GFlateBufferedIO()
 {
     try {
         finish();
-    } catch (...) {  // a destructor has no one to tell; `flush` before it does
+    } catch (CException* failure) {  // a destructor has no one to tell; `flush` before it does
+        failure->Delete();
+    } catch (...) {
     }
     reset();
 }
@@ -92,6 +96,15 @@ void GFlateBufferedIO::setIO(GIO* io)
     reset();
     state_->lower->setIO(io);
     state_->phase = Phase::Fresh;
+}
+
+long GFlateBufferedIO::read_behind_end()
+{
+    if (!reading_)
+        return 0;
+    if (cursor_ != limit_ || readBuffer())
+        return -1;
+    return static_cast<long>(state_->stream.avail_in);
 }
 
 bool GFlateBufferedIO::readBuffer()

@@ -20,6 +20,11 @@ public:
     void flush() override;
     void setIO(GIO* io) override;
 
+    /// When all that was written has been read: how many bytes behind the end of the compressed
+    /// stream were taken from the lower buffer with it. -1 while there is more to read; 0 when
+    /// nothing is being read. Unpacks a window at most; damaged data throws.
+    [[nodiscard]] long read_behind_end();
+
 protected:
     bool readBuffer() override;
     void writeBuffer() override;
