@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Export.h"
+#include "platform/FaultGuard.h"
 #include "platform/Windows.h"
 
 class CWinApp;
@@ -43,7 +44,7 @@ template <class Body, class Result>
 Result behind_barrier(const Body& body, Result otherwise) noexcept
 {
     try {
-        return body();
+        return guarded(body);
     } catch (...) {
         keep_exception();
         return otherwise;

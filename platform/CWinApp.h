@@ -30,6 +30,8 @@ public:
     /// 1 shows the hourglass, -1 ends one showing, 0 shows it again while there is one.
     virtual void DoWaitCursor(int code);
     virtual void WinHelp(DWORD_PTR data, UINT command);
+    /// For hosts that call it at their start: dialogs look so anyway.
+    BOOL Enable3dControls() { return TRUE; }
 
     [[nodiscard]] HICON LoadIcon(LPCTSTR name) const;
     [[nodiscard]] HICON LoadIcon(UINT id) const { return LoadIcon(MAKEINTRESOURCE(id)); }

@@ -56,6 +56,14 @@ ThreadState& ThreadState::current()
     return *made.release();
 }
 
+ThreadState* ThreadState::known() noexcept
+{
+    const DWORD kept = ::GetLastError();
+    ThreadState* const state = slot().get();
+    ::SetLastError(kept);
+    return state;
+}
+
 void ThreadState::drop_temporaries()
 {
     if (temporary_locks > 0)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/FaultTranslation.h"
 #include "platform/HandleMap.h"
 #include "platform/Windows.h"
 
@@ -17,6 +18,7 @@ class CWnd;
 
 namespace zmr {
 
+struct FaultGuard;
 struct ToolTips;
 
 /// What the platform keeps for each thread that it runs in. Made at the thread's first use of it,
@@ -25,6 +27,8 @@ class ThreadState {
 public:
     /// The calling thread's. Never null; a look-up of a few nanoseconds.
     [[nodiscard]] static ThreadState& current();
+    /// The calling thread's, or null when it has not used it yet. Allocates nothing.
+    [[nodiscard]] static ThreadState* known() noexcept;
 
     ThreadState();
     ~ThreadState();
@@ -55,6 +59,14 @@ public:
 
     /// What a callback of the system threw, until a frame of our own can throw it on.
     std::exception_ptr pending;
+
+    FaultTranslator fault_translator = nullptr;  ///< Null: the thread's faults are the system's.
+    EXCEPTION_RECORD fault_record{};             ///< Of the fault that is being translated.
+    CONTEXT fault_context{};
+    std::exception_ptr last_fault;      ///< What the translator made of the last fault.
+    FaultGuard* fault_guard = nullptr;  ///< The innermost guard that this thread is in.
+
+    bool ole_started = false;  ///< By AfxOleInit, which this thread has to match.
 };
 
 }  // namespace zmr

@@ -46,6 +46,18 @@ bool is_of_input_method(HWND window)
     return (::GetClassLongPtr(window, GCL_STYLE) & CS_IME) != 0;
 }
 
+/// Makes `window` that of `object`.
+void take_over(CWnd& object, HWND window)
+{
+    object.Attach(window);
+    zmr::WindowAccess::before_subclass(object);
+    const auto former = reinterpret_cast<WNDPROC>(
+        ::SetWindowLongPtr(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&AfxWndProc)));
+    assert(former != nullptr);
+    if (former != &AfxWndProc)
+        zmr::WindowAccess::set_former_procedure(object, former);
+}
+
 LRESULT CALLBACK creation_hook(int code, WPARAM wparam, LPARAM lparam)
 {
     zmr::ThreadState& state = zmr::ThreadState::current();
@@ -56,13 +68,7 @@ LRESULT CALLBACK creation_hook(int code, WPARAM wparam, LPARAM lparam)
         // The object takes one window only; what is made inside of its handlers is others'.
         CWnd* const object = std::exchange(state.window_in_creation, nullptr);
         try {
-            object->Attach(window);
-            zmr::WindowAccess::before_subclass(*object);
-            const auto former = reinterpret_cast<WNDPROC>(
-                ::SetWindowLongPtr(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&AfxWndProc)));
-            assert(former != nullptr);
-            if (former != &AfxWndProc)
-                zmr::WindowAccess::set_former_procedure(*object, former);
+            zmr::guarded([&] { take_over(*object, window); });
         } catch (...) {
             zmr::keep_exception();
             object->Detach();
@@ -97,7 +103,7 @@ LRESULT AfxCallWndProc(CWnd* object, HWND window, UINT message, WPARAM wparam, L
     const MSG packed{window, message, wparam, lparam, 0, {}};
     const MessageScope scope(packed);
     try {
-        return zmr::WindowAccess::deliver(*object, packed);
+        return zmr::guarded([&] { return zmr::WindowAccess::deliver(*object, packed); });
     } catch (...) {
         zmr::keep_exception();
         return answer_for_failure(window, message);
