@@ -20,8 +20,9 @@ class SettingsStore;
 ///
 /// Reads answer with the default or false when there is no such value, and create nothing; writes
 /// answer whether the value is on the disk. Nothing throws but for want of memory. Names are found
-/// whatever the case of their letters. Each call opens what it needs anew, so it sees what other
-/// processes have written. User-interface thread.
+/// whatever the case of their letters; a null name reads as missing and writes as false. Each call
+/// opens what it needs anew, so it sees what other processes have written; zmr::SettingsBatch makes
+/// one of many. User-interface thread.
 class ZMR_GV_API RegistryManager {
 public:
     RegistryManager() = default;
@@ -100,7 +101,9 @@ private:
     class OlderPlace;
 
     [[nodiscard]] bool reads_older_first() const;
-    [[nodiscard]] std::shared_ptr<zmr::SettingsStore> store() const;
+    /// Null when a name is, and where there is no place for settings.
+    [[nodiscard]] std::shared_ptr<zmr::SettingsStore> store_for(const char* section,
+                                                                const char* entry) const;
 
     const char* section_ = nullptr;
     Place place_;
