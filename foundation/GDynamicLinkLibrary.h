@@ -3,7 +3,10 @@
 #include "foundation/GString.h"
 #include "platform/PlatformTypes.h"
 
-/// A loaded dynamic library; unloaded at the end of its life. Its classes register as it loads.
+/// A loaded dynamic library; unloaded at the end of its life. Its classes register as it loads and
+/// leave as it unloads. While objects of its counted classes live (zmr::CountedObject) it stays as
+/// it is and is unloaded by the next UnloadWaiting without any. Objects of classes that do not
+/// count themselves must be gone before.
 class ZMR_GV_API GDynamicLinkLibrary {
 public:
     /// Tries to load the library of that file name; a null name loads nothing yet. `flags` is kept
@@ -18,9 +21,13 @@ public:
     [[nodiscard]] void* find_symbol(const char* name) const;
     /// Why the last load on this thread failed, for a message.
     [[nodiscard]] static GString LastError();
+    /// Unloads the libraries that waited for the end of their objects and have none any more.
+    /// Returns how many still wait. Loading and unloading do it as well. User-interface thread.
+    static long UnloadWaiting();
 
     HINSTANCE module = nullptr;  ///< Null when nothing is loaded.
 
 private:
     void unload();
+    static void Free(HINSTANCE module);
 };

@@ -10,21 +10,9 @@ thread_local GString last_error;
 
 }  // namespace
 
-GDynamicLinkLibrary::GDynamicLinkLibrary(const char* name, int flags)
+void GDynamicLinkLibrary::Free(HINSTANCE library)
 {
-    load(name, flags);
-}
-
-GDynamicLinkLibrary::~GDynamicLinkLibrary()
-{
-    unload();
-}
-
-void GDynamicLinkLibrary::unload()
-{
-    if (module != nullptr)
-        ::dlclose(module);
-    module = nullptr;
+    ::dlclose(library);
 }
 
 bool GDynamicLinkLibrary::load(const char* name, int)

@@ -28,21 +28,9 @@ private:
 
 }  // namespace
 
-GDynamicLinkLibrary::GDynamicLinkLibrary(const char* name, int flags)
+void GDynamicLinkLibrary::Free(HINSTANCE library)
 {
-    load(name, flags);
-}
-
-GDynamicLinkLibrary::~GDynamicLinkLibrary()
-{
-    unload();
-}
-
-void GDynamicLinkLibrary::unload()
-{
-    if (module != nullptr)
-        ::FreeLibrary(module);
-    module = nullptr;
+    ::FreeLibrary(library);
 }
 
 bool GDynamicLinkLibrary::load(const char* name, int)
