@@ -13,17 +13,20 @@ namespace zmr {
 namespace {
 
 constexpr int kStep = 4;
-constexpr int kSmall = 16;  ///< Up to here blocks grow by kStep.
+
+}  // namespace
 
 /// The size of the block for `count` children: larger lists have few sizes, so that growing one by
 /// one stays linear.
-int block_entries(int count)
+int ChildList::block_entries(int count)
 {
     if (count <= kSmall)
         return (count + kStep - 1) / kStep * kStep;
     const int step = static_cast<int>(std::bit_floor(static_cast<unsigned>(count - 1))) / 2;
-    return (count + step - 1) / step * step;
+    return (count + step - 1) & -step;
 }
+
+namespace {
 
 std::size_t bytes_of(int entries)
 {
@@ -69,14 +72,19 @@ int ChildList::index_of(const GResponder* child) const
     return index;
 }
 
-void ChildList::insert_at(int index, GResponder* child)
+void ChildList::set_room(int front, int capacity)
+{
+    room() = {static_cast<std::uint16_t>(front), static_cast<std::uint16_t>(capacity - front)};
+}
+
+void ChildList::insert_within(int index, GResponder* child)
 {
     assert(index >= 0 && index <= count_ && count_ < kMaxCount);
     const bool near_front = index < count_ - index;
-    if (slots_ == nullptr || room().capacity == count_)
+    if (slots_ == nullptr || capacity() == count_)
         grow(index);
     const int front = room().front;
-    const int behind = room().capacity - front - count_;
+    const int behind = room().behind_front - count_;
     // Half of the room that lies at the other end comes over to this one.
     if (near_front && front == 0)
         move_list((behind + 1) / 2);
@@ -86,7 +94,7 @@ void ChildList::insert_at(int index, GResponder* child)
         const Room before = room();
         --slots_;
         move_entries(0, 1, index);
-        room() = {static_cast<std::uint16_t>(before.front - 1), before.capacity};
+        set_room(before.front - 1, before.front + before.behind_front);
     } else {
         move_entries(index + 1, index, count_ - index);
     }
@@ -98,9 +106,10 @@ void ChildList::insert_at(int index, GResponder* child)
 void ChildList::move_list(int by)
 {
     const Room before = room();
-    std::memmove(slots_ + by, slots_, bytes_of(count_));
+    if (count_ > 0)
+        std::memmove(slots_ + by, slots_, bytes_of(count_));
     slots_ += by;
-    room() = {static_cast<std::uint16_t>(before.front + by), before.capacity};
+    set_room(before.front + by, before.front + before.behind_front);
 }
 
 /// The new room comes to the end that is nearer to `index`.
@@ -113,7 +122,7 @@ void ChildList::grow(int index)
     }
     // Full, so that nothing lies in front of the list.
     slots_ = static_cast<Slot*>(resize_block(slots_ - 1, bytes_of_block(capacity))) + 1;
-    room() = {0, static_cast<std::uint16_t>(capacity)};
+    set_room(0, capacity);
 }
 
 void ChildList::move_into_block_of(int capacity, int front)
@@ -124,23 +133,24 @@ void ChildList::move_into_block_of(int capacity, int front)
     if (slots_ != nullptr)
         free_block(block());
     slots_ = first;
-    room() = {static_cast<std::uint16_t>(front), static_cast<std::uint16_t>(capacity)};
+    set_room(front, capacity);
 }
 
-void ChildList::remove_at(int index)
+void ChildList::remove_within(int index)
 {
     assert(index >= 0 && index < count_);
-    if (index < count_ - 1 - index) {
+    --count_;
+    if (index < count_ - index) {
         const Room before = room();
         move_entries(1, 0, index);
         ++slots_;
-        room() = {static_cast<std::uint16_t>(before.front + 1), before.capacity};
-    } else {
-        move_entries(index, index + 1, count_ - 1 - index);
+        set_room(before.front + 1, before.front + before.behind_front);
+    } else if (index < count_) {
+        move_entries(index, index + 1, count_ - index);
     }
-    --count_;
-    if (count_ > 0 && count_ % kStep == 0 && room().capacity > kSmall &&
-        room().capacity >= 2 * block_entries(count_))
+    if (count_ == 0)
+        move_list(-room().front);
+    else if (count_ % kStep == 0 && capacity() > kSmall && capacity() >= 2 * block_entries(count_))
         give_back();
 }
 
@@ -149,7 +159,7 @@ void ChildList::give_back()
     move_list(-room().front);
     const int capacity = block_entries(count_);
     slots_ = static_cast<Slot*>(resize_block(slots_ - 1, bytes_of_block(capacity))) + 1;
-    room().capacity = static_cast<std::uint16_t>(capacity);
+    set_room(0, capacity);
 }
 
 void ChildList::swap(int index1, int index2)

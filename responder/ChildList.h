@@ -34,10 +34,27 @@ public:
 
     /// Inserts in front of `index`, which lies in 0 to count(), below kMaxCount children. Throws
     /// OutOfMemory_Exception with nothing changed.
-    void insert_at(int index, GResponder* child);
+    void insert_at(int index, GResponder* child)
+    {
+        if (index == count_ && slots_ != nullptr && count_ < room().behind_front)
+            slots_[count_++].child = child;
+        else
+            insert_within(index, child);
+    }
     /// `index` lies in 0 to count() - 1. Gives memory back when half of it or less is used, but not
     /// a small array.
-    void remove_at(int index);
+    void remove_at(int index)
+    {
+        if (index != 0 || count_ == 1 || count_ > kSmall) {
+            remove_within(index);
+            return;
+        }
+        const Room before = room();
+        ++slots_;
+        room() = {static_cast<std::uint16_t>(before.front + 1),
+                  static_cast<std::uint16_t>(before.behind_front - 1)};
+        --count_;
+    }
     void put_at(int index, GResponder* child) { slots_[index].child = child; }
     void swap(int index1, int index2);
     /// Moves `number` entries from index `from` to index `to`, over what lies there.
@@ -54,19 +71,26 @@ public:
     void own_array();
 
 private:
-    /// What a block has room for, in children: in front of the list, and in all.
+    static constexpr int kSmall = 16;  ///< Up to here blocks grow by 4 and are not given back.
+
+    /// What a block has room for, in children: in front of the list, and from its first child on.
     struct Room {
         std::uint16_t front;
-        std::uint16_t capacity;
+        std::uint16_t behind_front;
     };
     union Slot {
         GResponder* child;
         Room room;
     };
 
+    [[nodiscard]] static int block_entries(int count);
     /// Of a list with a block.
     [[nodiscard]] Room& room() { return slots_[-1].room; }
     [[nodiscard]] Slot* block() { return slots_ - 1 - room().front; }
+    [[nodiscard]] int capacity() { return room().front + room().behind_front; }
+    void set_room(int front, int capacity);
+    void insert_within(int index, GResponder* child);
+    void remove_within(int index);
     void move_list(int by);
     void grow(int index);
     void give_back();

@@ -39,7 +39,8 @@ void drop_empty_list()
 
 GIdler::~GIdler()
 {
-    allow_idle(false);
+    if (g_idlers.load(std::memory_order_acquire) != nullptr)
+        allow_idle(false);
 }
 
 void GIdler::allow_idle(bool on)

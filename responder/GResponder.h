@@ -408,7 +408,10 @@ private:
         return extras_ != nullptr ? extras_->current_of : nullptr;
     }
     [[nodiscard]] bool borrows(unsigned char what) const { return (borrowed_ & what) != 0; }
-    void stop_borrowing(unsigned char what);
+    void stop_borrowing(unsigned char what)
+    {
+        borrowed_ = static_cast<unsigned char>(borrowed_ & ~what);
+    }
     void own_children();
     void own_behaviours();
     void own_receivers();
@@ -416,13 +419,17 @@ private:
 
     [[nodiscard]] bool is_above(const GResponder* other) const;
     [[nodiscard]] int index_for(GResponder* child, GResponder* target) const;
+    [[nodiscard]] int behind_higher(const GResponder* child, int index) const;
     [[nodiscard]] GResponder* root();
+    void drop_currents(GResponder* child);
     void drop_circular_current(const GResponder* child);
     void place(int index, GResponder* child);
     bool delete_from_list(GResponder* child);
+    void remove_doubles(const GResponder* child);
     void hold_current(GResponder* child);
     void select_view(GResponder* child, unsigned char on);
     void focus_view(GResponder* child, unsigned char on);
+    void change_state(std::uint32_t bits, unsigned char on);
     void follow_state(std::uint32_t bits, unsigned char on);
     void pass_state_on(std::uint32_t bits, unsigned char on);
     void show_by_owner();

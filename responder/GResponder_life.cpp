@@ -10,6 +10,13 @@
 
 G_DEFINE_CLASS(GResponder, GStreamable);
 
+namespace {
+
+/// So many children in front of the one that ends, the next ones are fetched into the cache.
+constexpr int kAhead = 4;
+
+}  // namespace
+
 // Making, copying and ending a responder.
 
 GResponder::GResponder() : GIdler(false) {}
@@ -90,7 +97,8 @@ GResponder& GResponder::operator=(const GResponder& other)
 
 GResponder::~GResponder()
 {
-    release_all();
+    if (extras_ != nullptr || children_.count() > 0 || owner_ != nullptr || borrowed_ != 0)
+        release_all();
     if (GResponder* holder = current_of())
         holder->extras_->current = nullptr;
     zmr::RunningDispatch::ResponderDies(this);
@@ -129,15 +137,8 @@ void GResponder::release_extras()
     hold_current(nullptr);
 }
 
-void GResponder::stop_borrowing(unsigned char what)
-{
-    borrowed_ = static_cast<unsigned char>(borrowed_ & ~what);
-}
-
 void GResponder::own_children()
 {
-    if (!borrows(kChildren))
-        return;
     children_.own_array();
     stop_borrowing(kChildren);
 }
@@ -182,11 +183,14 @@ void GResponder::own_palette()
 
 void GResponder::shut_down()
 {
-    destroy_all();
-    destroy_all_behaviours();
+    if (children_.count() > 0)
+        destroy_all();
+    if (has_behaviours_)
+        destroy_all_behaviours();
     if (owner_ != nullptr)
         owner_->remove(this);
-    destroy_linked_object_collection();
+    if (extras_ != nullptr)
+        destroy_linked_object_collection();
     GStreamable::shut_down();
 }
 
@@ -196,7 +200,10 @@ void GResponder::destroy_all()
         children_.forget();
         stop_borrowing(kChildren);
     }
+    for (int index = 0; index < kAhead; ++index)
+        children_.prefetch(index);
     while (GResponder* child = first()) {
+        children_.prefetch(kAhead);
         if (child->owner_ != this) {  // from a list that was borrowed
             children_.remove_at(0);
             continue;

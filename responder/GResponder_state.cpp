@@ -27,16 +27,22 @@ constexpr std::uint32_t kWithConsequences = kShown | kFocused | kExposed | kVisi
 void GResponder::set_state(unsigned long asked_bits, unsigned char on)
 {
     const auto bits = static_cast<std::uint32_t>(asked_bits);
+    if ((bits & kWithConsequences) != 0) {
+        change_state(bits, on);
+        return;
+    }
+    state_ = on != 0 ? state_ | bits : state_ & ~bits;
+}
+
+void GResponder::change_state(std::uint32_t bits, unsigned char on)
+{
     if ((bits & kVisible) != 0 && owner_ != nullptr &&
         ((state_ ^ owner_->state_) & state_inherited_10) != 0)
         set_state(state_inherited_10, on);
-    if (on != 0)
-        state_ |= bits;
-    else
-        state_ &= ~bits;
+    state_ = on != 0 ? state_ | bits : state_ & ~bits;
     if ((bits & kWithConsequences & ~kInherited) != 0)
         follow_state(bits, on);
-    else if ((bits & kInherited) != 0)
+    else
         pass_state_on(bits, on);
 }
 

@@ -150,16 +150,34 @@ bool GResponder::is_above(const GResponder* other) const
     return this == other || (children_.count() > 0 && other->isSubobject(this) != 0);
 }
 
+/// The index behind the children from `index` on whose priority is above that of `child`. Apart, so
+/// that an insertion at the end has few registers to save.
+[[gnu::noinline]] int GResponder::behind_higher(const GResponder* child, int index) const
+{
+    const unsigned short priority = child->Priority();
+    while (index < children_.count() && children_[index]->Priority() > priority)
+        ++index;
+    return index;
+}
+
+inline void GResponder::place(int index, GResponder* child)
+{
+    if (borrows(kChildren))
+        own_children();
+    children_.insert_at(index, child);
+    if (child->extras_ != nullptr || child->children_.count() > 0)
+        drop_currents(child);
+    child->owner_ = this;
+    child->stop_borrowing(kOwner);
+}
+
 int GResponder::insert_to_list(GResponder* child, GResponder* target, unsigned char announce)
 {
     int index = index_for(child, target);
     if (index < 0)
         return 0;
-    if (index < children_.count() && (child->state_ & state_keep_order) == 0) {
-        const unsigned short priority = child->Priority();
-        while (index < children_.count() && children_[index]->Priority() > priority)
-            ++index;
-    }
+    if (index < children_.count() && (child->state_ & state_keep_order) == 0)
+        index = behind_higher(child, index);
     place(index, child);
     if (announce != 0) {
         child->set_state(state_inserted, 1);
@@ -169,17 +187,13 @@ int GResponder::insert_to_list(GResponder* child, GResponder* target, unsigned c
     return 1;
 }
 
-void GResponder::place(int index, GResponder* child)
+/// What a child that comes here can't stay, or have, as a current one.
+void GResponder::drop_currents(GResponder* child)
 {
-    own_children();
-    children_.insert_at(index, child);
     GResponder* const holder = child->current_of();
     if (holder != nullptr && holder != this)
         holder->hold_current(nullptr);  // its former owner's
-    if (child->extras_ != nullptr || child->children_.count() > 0)
-        drop_circular_current(child);
-    child->owner_ = this;
-    child->stop_borrowing(kOwner);
+    drop_circular_current(child);
 }
 
 /// The top of the tree that this responder stands in.
@@ -226,15 +240,22 @@ bool GResponder::delete_from_list(GResponder* child)
 {
     if (child == nullptr || child->owner_ != this)
         return false;
-    int index = children_.index_of(child);
+    const int index = children_.index_of(child);
     if (index == children_.count())
         return false;
-    own_children();
+    if (borrows(kChildren))
+        own_children();
     children_.remove_at(index);
-    while (has_doubles_ && (index = children_.index_of(child)) < children_.count())
-        children_.remove_at(index);
+    if (has_doubles_)
+        remove_doubles(child);
     child->owner_ = nullptr;
     return true;
+}
+
+void GResponder::remove_doubles(const GResponder* child)
+{
+    for (int index = 0; (index = children_.index_of(child)) < children_.count();)
+        children_.remove_at(index);
 }
 
 GResponder& GResponder::operator+(GResponder* child)
@@ -256,7 +277,8 @@ void GResponder::rearrange(GResponder* child, GResponder* target)
     const int to = target == nullptr ? 0 : children_.index_of(target);
     if (child == nullptr || from == count || to == count || to == from)
         return;
-    own_children();
+    if (borrows(kChildren))
+        own_children();
     if (to < from) {
         children_.move_entries(to + 1, to, from - to);
         children_.put_at(to, child);
@@ -315,7 +337,8 @@ void swap_indices(long index1, long index2)
 
 void GResponder::sort(short (*compare)(const GResponder*, const GResponder*))
 {
-    own_children();
+    if (borrows(kChildren))
+        own_children();
     g_compare = compare;
     g_sorted = &children_;
     MSort::HSort(children_.count(), compare_indices, swap_indices);
