@@ -63,15 +63,6 @@ public:
         return modules_;
     }
 
-    /// Reads the list of recent files, which gets `count` places (0: no list), and the number of
-    /// preview pages, through RegistryManager::get().
-    void LoadStdProfileSettings(unsigned int count);
-    /// Writes both back.
-    void SaveStdProfileSettings();
-    /// Puts the file at the front of the list and writes it. A text that can name no file is
-    /// ignored.
-    virtual void AddToRecentFileList(const char* path);
-
     /// The translator of processor faults: throws a GLibraryException with text 10000, whatever the
     /// fault.
     static void SeTranslatorFunc(unsigned int code, EXCEPTION_POINTERS* pointers);

@@ -1,0 +1,148 @@
+#include "app/GWinApp.h"
+
+#include "app/BoxRequest.h"
+#include "dialogs/modality/TrueModalMaker.h"
+#include "platform/AfxState.h"
+#include "platform/CWnd.h"
+#include "platform/HandlesUser.h"
+
+#include <utility>
+
+// Message boxes from any thread, and what goes on while the system runs a loop of its own: the main
+// window's procedure is ours as long as the window lives.
+
+namespace {
+
+/// While a box shows, its loop is the system's, which tells nobody when it has nothing to do, as
+/// that of a dialog or a menu does. So behind each message that it gets, a mark goes into the
+/// queue, and when it comes out with nothing behind it, the application has its idle turn.
+class IdleTurnsOfABox {
+public:
+    IdleTurnsOfABox()
+        : hook_(::SetWindowsHookExA(WH_MSGFILTER, &filter, nullptr, ::GetCurrentThreadId()))
+    {
+    }
+    IdleTurnsOfABox(const IdleTurnsOfABox&) = delete;
+    IdleTurnsOfABox& operator=(const IdleTurnsOfABox&) = delete;
+
+private:
+    static constexpr WPARAM kMark = 1002;  ///< Of a WM_NULL for no window.
+
+    static LRESULT CALLBACK filter(int code, WPARAM wparam, LPARAM lparam)
+    {
+        const auto message = reinterpret_cast<MSG*>(lparam);
+        if (code == MSGF_DIALOGBOX &&
+            zmr::behind_barrier([message] { return take_mark(*message); }, false))
+            return TRUE;
+        return ::CallNextHookEx(nullptr, code, wparam, lparam);
+    }
+
+    /// Whether the message was the mark.
+    static bool take_mark(MSG& message)
+    {
+        CWinApp* const application = AfxGetApp();
+        if (application == nullptr || AfxGetThread() != application)
+            return false;  // a worker's box
+        const bool mark =
+            message.hwnd == nullptr && message.message == WM_NULL && message.wParam == kMark;
+        if (!mark) {
+            if (application->IsIdleMessage(&message))
+                ::PostThreadMessageA(::GetCurrentThreadId(), WM_NULL, kMark, 0);
+            return false;
+        }
+        if (HIWORD(::GetQueueStatus(QS_ALLINPUT)) == 0)
+            application->OnIdle(0);
+        return true;
+    }
+
+    zmr::OwnedHook hook_;
+};
+
+}  // namespace
+
+LRESULT CALLBACK GWinApp::MsgBoxHook(int code, WPARAM wparam, LPARAM lparam)
+{
+    auto* const application = DYNAMIC_DOWNCAST(GWinApp, AfxGetApp());
+    if (application != nullptr)
+        application->watch_main_window();
+    const LRESULT result = ::CallNextHookEx(nullptr, code, wparam, lparam);
+    if (application != nullptr && application->watched_window_ != nullptr)
+        ::UnhookWindowsHookEx(std::exchange(application->message_hook_, nullptr));
+    return result;
+}
+
+LRESULT CALLBACK GWinApp::MsgBoxProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
+{
+    auto* const application = DYNAMIC_DOWNCAST(GWinApp, AfxGetApp());
+    if (application == nullptr)
+        return ::DefWindowProcA(window, message, wparam, lparam);
+    if (message == WM_NULL && wparam == zmr::kBoxRequest && lparam != 0) {
+        auto& request = *reinterpret_cast<zmr::BoxRequest*>(lparam);
+        request.result = zmr::behind_barrier(
+            [&] { return application->DoMessageBox(request.text, request.type, request.help); },
+            IDCANCEL);
+        return 0;
+    }
+    if (message == WM_ENTERIDLE)
+        zmr::behind_barrier([&] { return application->OnIdle(0); }, FALSE);
+    const WNDPROC procedure = application->main_window_procedure_;
+    if (message == WM_NCDESTROY)
+        application->leave_main_window();
+    return ::CallWindowProcA(procedure, window, message, wparam, lparam);
+}
+
+int GWinApp::DoMessageBox(LPCTSTR text, UINT type, UINT help)
+{
+    if (const HWND window = main_window_of_another_thread()) {
+        zmr::BoxRequest request{text, type, help};
+        ::SendMessageA(window, WM_NULL, zmr::kBoxRequest, reinterpret_cast<LPARAM>(&request));
+        return request.result;
+    }
+    const TrueModalMaker modal;
+    const IdleTurnsOfABox idle_turns;
+    return CWinApp::DoMessageBox(text, type, help);
+}
+
+/// Puts MsgBoxProc in front of the main window's procedure, when there is a main window that does
+/// not have it yet.
+void GWinApp::watch_main_window()
+{
+    const HWND window = CWnd::GetSafeHandle(m_pMainWnd);
+    if (window == nullptr || window == watched_window_)
+        return;
+    leave_main_window();
+    if (watched_window_ != nullptr)
+        return;
+    const LONG_PTR former =
+        ::SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&MsgBoxProc));
+    if (former == 0)
+        return;
+    main_window_procedure_ = reinterpret_cast<WNDPROC>(former);
+    watched_window_ = window;
+}
+
+/// Gives the watched window its own procedure back, unless somebody has put one more in front.
+void GWinApp::leave_main_window()
+{
+    const HWND window = watched_window_;
+    if (window == nullptr)
+        return;
+    if (::IsWindow(window)) {
+        const LONG_PTR present = ::GetWindowLongPtrA(window, GWLP_WNDPROC);
+        if (present != reinterpret_cast<LONG_PTR>(&MsgBoxProc))
+            return;
+        ::SetWindowLongPtrA(window, GWLP_WNDPROC,
+                            reinterpret_cast<LONG_PTR>(main_window_procedure_));
+    }
+    watched_window_ = nullptr;
+}
+
+/// The main window, when it belongs to another thread than the calling one.
+HWND GWinApp::main_window_of_another_thread() const
+{
+    HWND window = watched_window_;
+    if (window == nullptr)
+        window = CWnd::GetSafeHandle(m_pMainWnd);
+    const DWORD thread = window != nullptr ? ::GetWindowThreadProcessId(window, nullptr) : 0;
+    return thread != 0 && thread != ::GetCurrentThreadId() ? window : nullptr;
+}
