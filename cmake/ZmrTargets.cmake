@@ -80,6 +80,12 @@ function(zmr_add_library)
     endforeach()
     target_include_directories(ZMR_GV INTERFACE $<INSTALL_INTERFACE:include/ZMR_GV>)
     target_compile_features(ZMR_GV INTERFACE cxx_std_20)
+    if(NOT WIN32)
+        # A symbol of the kind "unique", as inline variables of the standard library are, would keep
+        # a module in memory for good.
+        target_compile_options(ZMR_GV INTERFACE
+            $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fno-gnu-unique>)
+    endif()
     if(WIN32)
         set_target_properties(ZMR_GV PROPERTIES PREFIX "")
         # Inline functions of public headers call it.

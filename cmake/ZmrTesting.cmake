@@ -11,15 +11,16 @@ add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FR
 include(GoogleTest)
 
 # zmr_add_test(<folder> SOURCES <source>... LINK <target>... [TIMEOUT <seconds>] [DATA <folder>]
-#              [DISPLAY])
+#              [DISPLAY] [OPTIMIZED])
 # builds the program test_<folder>. LINK names folders' targets, whose objects and those of all the
 # floors below are taken in directly, and other libraries. The tests are called
 # <lane>.<folder>.<Suite>.<Case>; they are looked up when ctest starts, not during the build. In the
 # win lane a test of ctest is a whole suite, <lane>.<folder>.<Suite>, because each start of Wine
 # costs more than most cases do. DATA is given to the program as ZMR_TEST_DATA. DISPLAY: the program
-# opens windows; those of two programs at once would take the focus from each other.
+# opens windows; those of two programs at once would take the focus from each other. OPTIMIZED: what
+# the tests themselves do takes long.
 function(zmr_add_test folder)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "DISPLAY" "TIMEOUT;DATA" "SOURCES;LINK")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "DISPLAY;OPTIMIZED" "TIMEOUT;DATA" "SOURCES;LINK")
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
@@ -28,6 +29,11 @@ function(zmr_add_test folder)
     zmr_link_objects(${program} ${arg_LINK})
     target_link_libraries(${program} PRIVATE
         zmr_test_headers GTest::gmock GTest::gtest_main zmr_warnings)
+    if(NOT arg_OPTIMIZED)
+        # With sanitizers the optimizer takes twice as long over a test's checks as the rest of the
+        # compiler.
+        target_compile_options(${program} PRIVATE $<$<CONFIG:Debug>:-O0>)
+    endif()
     if(arg_DATA)
         target_compile_definitions(${program} PRIVATE ZMR_TEST_DATA="${arg_DATA}")
     endif()
