@@ -290,10 +290,7 @@ public:
         return (*commands_)[id];
     }
     static void SetCommandState(unsigned long id, GCommandState state);
-    [[nodiscard]] static bool CommandEnabled(unsigned long id)
-    {
-        return GetCommandState(id) != ::command_disabled;
-    }
+    [[nodiscard]] static bool CommandEnabled(unsigned long id) { return commands_->enabled(id); }
     [[nodiscard]] static bool CommandSelected(unsigned long id)
     {
         return GetCommandState(id) == ::command_selected;
@@ -436,7 +433,11 @@ private:
     void unlink_behaviour(GBehaviour* behaviour);
     void set_behaviours(GBehaviour* head);
 
-    void dispatch(GEvent& event);
+    /// Whether the event passes nothing on its way to handle_event here.
+    [[nodiscard]] bool takes_directly(const GEvent& event) const
+    {
+        return (event.what & GEvent::event_input_mask) == 0 && !has_behaviours_;
+    }
     void dispatch_by_behaviours(GEvent& event);
     void broadcast(GEvent& event);
     void take_press(GEvent& event);

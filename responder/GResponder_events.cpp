@@ -16,11 +16,16 @@ constexpr int kAhead = 4;
 
 GResponder* GResponder::Message(GResponder* receiver, GEvent& event)
 {
-    if (receiver == nullptr ||
-        ((event.what & GEvent::event_input_mask) != 0 && receiver->is_disabled()))
+    if (receiver == nullptr)
         return nullptr;
-    if (event.what != 0)
-        receiver->dispatch(event);
+    if (event.what != 0) {
+        if (receiver->takes_directly(event))
+            receiver->handle_event(event);
+        else if ((event.what & GEvent::event_input_mask) != 0 && receiver->is_disabled())
+            return nullptr;
+        else
+            receiver->dispatch_by_behaviours(event);
+    }
     return event.what == 0 ? event.cleared_by : nullptr;
 }
 
@@ -46,14 +51,6 @@ GResponder* GResponder::Message(GResponder* receiver, GEvent::GEventType what, u
     event.info_word = static_cast<std::uint32_t>(word);
     event.info_long = reinterpret_cast<std::intptr_t>(value);
     return Message(receiver, event);
-}
-
-inline void GResponder::dispatch(GEvent& event)
-{
-    if (!has_behaviours_ && (event.what & GEvent::event_positional_mask) == 0)
-        handle_event(event);
-    else
-        dispatch_by_behaviours(event);
 }
 
 void GResponder::dispatch_by_behaviours(GEvent& event)
@@ -138,7 +135,7 @@ void GResponder::broadcast(GEvent& event)
         GResponder* child = children_[index];
         if (child == current)
             continue;
-        if ((event.what & GEvent::event_input_mask) == 0 && !child->has_behaviours_) [[likely]]
+        if (child->takes_directly(event)) [[likely]]
             child->handle_event(event);
         else
             Message(child, event);

@@ -3,6 +3,7 @@
 #include "responder/NotificationLink.h"
 #include "responder/RunningDispatch.h"
 
+#include <cstddef>
 #include <memory>
 #include <utility>
 
@@ -13,6 +14,9 @@ namespace {
 
 /// So many records in front of the present one, the next receivers are fetched into the cache.
 constexpr long kAhead = 4;
+/// An event that is made again and again stands in one line of the cache, wherever the stack is: no
+/// store meets two.
+constexpr std::size_t kCacheLine = 64;
 
 NotificationLink* link_at(const GCollection& links, long index)
 {
@@ -98,18 +102,25 @@ void GResponder::object_modified()
         return;
     // A receiver may end this responder, change the list, or bring it to its end.
     const zmr::RunningDispatch running(this, nullptr);
-    for (long index = 0; running.alive(); ++index) {
-        const GCollection* const links = receivers();
-        if (links == nullptr || index >= links->count)
-            return;
-        if (index + kAhead < links->count)
-            __builtin_prefetch(link_at(*links, index + kAhead)->target);
-        const NotificationLink& link = *link_at(*links, index);
-        GEvent event;
+    const Extras& extras = *extras_;  // they stay as long as the responder
+    for (long index = 0; extras.receivers != nullptr && index < extras.receivers->count; ++index) {
+        void* const* at = extras.receivers->items + index;
+        if (index + kAhead < extras.receivers->count)
+            __builtin_prefetch(static_cast<const NotificationLink*>(at[kAhead])->target);
+        const auto& link = *static_cast<const NotificationLink*>(*at);
+        auto* const receiver = static_cast<GResponder*>(link.target);
+        if (receiver == nullptr)
+            continue;
+        alignas(kCacheLine) GEvent event;
         event.what = link.event_kind;
         event.info_word = link.event_word;
         event.info_long = reinterpret_cast<std::intptr_t>(this);
-        Message(static_cast<GResponder*>(link.target), event);
+        if (event.what != 0 && receiver->takes_directly(event)) [[likely]]
+            receiver->handle_event(event);
+        else
+            Message(receiver, event);
+        if (!running.alive())
+            return;
     }
 }
 

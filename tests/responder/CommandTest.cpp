@@ -169,6 +169,20 @@ TEST(GCommandSet, AllStatesAtAllPlaces_AreKept)
     EXPECT_FALSE(copy == set);
 }
 
+TEST(GCommandSet, Enabled_IsWhatTheStateTells)
+{
+    GCommandSet set;
+    constexpr unsigned long kIds = 70;
+    for (unsigned long id = 0; id < kIds; ++id)
+        set.set(id, static_cast<GCommandState>((id * 7 + id / 4) % 4));
+
+    for (unsigned long id = 0; id < kIds + 40; ++id)
+        EXPECT_EQ(set.enabled(id), set[id] != command_disabled) << id;
+    EXPECT_FALSE(set.enabled(0));
+    EXPECT_TRUE(set.enabled(0xFFFFFFFFUL));
+    EXPECT_TRUE(GCommandSet().enabled(0));
+}
+
 TEST(GCommandSet, IdAbove32Bits_CountsByItsLowBits)
 {
     if constexpr (sizeof(unsigned long) > 4) {
