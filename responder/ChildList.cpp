@@ -14,20 +14,6 @@ namespace {
 
 constexpr int kStep = 4;
 
-}  // namespace
-
-/// The size of the block for `count` children: larger lists have few sizes, so that growing one by
-/// one stays linear.
-int ChildList::block_entries(int count)
-{
-    if (count <= kSmall)
-        return (count + kStep - 1) / kStep * kStep;
-    const int step = static_cast<int>(std::bit_floor(static_cast<unsigned>(count - 1))) / 2;
-    return (count + step - 1) & -step;
-}
-
-namespace {
-
 std::size_t bytes_of(int entries)
 {
     return static_cast<std::size_t>(entries) * sizeof(GResponder*);
@@ -40,6 +26,15 @@ std::size_t bytes_of_block(int capacity)
 }
 
 }  // namespace
+
+/// The size of the block for `count` children: larger lists have few sizes, so that growing one by
+/// one stays linear.
+int ChildList::block_entries(int count)
+{
+    if (count <= kSmall)
+        return (count + kStep - 1) / kStep * kStep;
+    return static_cast<int>(std::bit_ceil(static_cast<unsigned>(count)));
+}
 
 ChildList::~ChildList()
 {
@@ -54,9 +49,9 @@ void ChildList::clear()
     forget();
 }
 
-int ChildList::index_of(const GResponder* child) const
+int ChildList::index_behind_first(const GResponder* child) const
 {
-    int index = 0;
+    int index = 1;
     for (; index + 4 <= count_; index += 4) {  // few entries in most lists: no setting out first
         if (slots_[index].child == child)
             return index;
@@ -69,7 +64,7 @@ int ChildList::index_of(const GResponder* child) const
     }
     while (index < count_ && slots_[index].child != child)
         ++index;
-    return index;
+    return count_ == 0 ? 0 : index;
 }
 
 void ChildList::set_room(int front, int capacity)
@@ -150,14 +145,14 @@ void ChildList::remove_within(int index)
     }
     if (count_ == 0)
         move_list(-room().front);
-    else if (count_ % kStep == 0 && capacity() > kSmall && capacity() >= 2 * block_entries(count_))
+    else if (count_ % kStep == 0 && capacity() > kSmall && capacity() >= 4 * block_entries(count_))
         give_back();
 }
 
 void ChildList::give_back()
 {
     move_list(-room().front);
-    const int capacity = block_entries(count_);
+    const int capacity = 2 * block_entries(count_);
     slots_ = static_cast<Slot*>(resize_block(slots_ - 1, bytes_of_block(capacity))) + 1;
     set_room(0, capacity);
 }

@@ -10,7 +10,7 @@ namespace zmr {
 
 /// The dense array of a responder's children, which it does not own. There may be room at both
 /// ends, so that inserting and removing at an end cost no move of the others. It grows by 4 while
-/// it is small and by half of its size later; an empty one that never held a child has no array.
+/// it is small and doubles later; an empty one that never held a child has no array.
 class ZMR_GV_API ChildList {
 public:
     static constexpr int kMaxCount = 32767;
@@ -30,7 +30,10 @@ public:
             __builtin_prefetch(slots_[index].child);
     }
     /// The lowest index of `child`; count() when it is missing. Linear.
-    [[nodiscard]] int index_of(const GResponder* child) const;
+    [[nodiscard]] int index_of(const GResponder* child) const
+    {
+        return count_ > 0 && slots_[0].child == child ? 0 : index_behind_first(child);
+    }
 
     /// Inserts in front of `index`, which lies in 0 to count(), below kMaxCount children. Throws
     /// OutOfMemory_Exception with nothing changed.
@@ -41,8 +44,8 @@ public:
         else
             insert_within(index, child);
     }
-    /// `index` lies in 0 to count() - 1. Gives memory back when half of it or less is used, but not
-    /// a small array.
+    /// `index` lies in 0 to count() - 1. Gives half of the memory back when a quarter or less of it
+    /// is used, but not of a small array.
     void remove_at(int index)
     {
         if (index != 0 || count_ == 1 || count_ > kSmall) {
@@ -88,6 +91,7 @@ private:
     [[nodiscard]] Room& room() { return slots_[-1].room; }
     [[nodiscard]] Slot* block() { return slots_ - 1 - room().front; }
     [[nodiscard]] int capacity() { return room().front + room().behind_front; }
+    [[nodiscard]] int index_behind_first(const GResponder* child) const;
     void set_room(int front, int capacity);
     void insert_within(int index, GResponder* child);
     void remove_within(int index);

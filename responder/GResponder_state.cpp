@@ -20,18 +20,21 @@ constexpr std::uint32_t kVisible = bit(GResponder::state_visible);
 constexpr std::uint32_t kInherited =
     bit(GResponder::state_stored_8 | GResponder::state_inherited_10 |
         GResponder::state_inherited_80 | GResponder::state_disabled);
-constexpr std::uint32_t kWithConsequences = kShown | kFocused | kExposed | kVisible | kInherited;
+/// From what more follows than that.
+constexpr std::uint32_t kFollowed = kShown | kFocused | kExposed | kVisible;
 
 }  // namespace
 
 void GResponder::set_state(unsigned long asked_bits, unsigned char on)
 {
     const auto bits = static_cast<std::uint32_t>(asked_bits);
-    if ((bits & kWithConsequences) != 0) {
+    if ((bits & kFollowed) != 0) {
         change_state(bits, on);
         return;
     }
     state_ = on != 0 ? state_ | bits : state_ & ~bits;
+    if ((bits & kInherited) != 0 && children_.count() > 0)
+        pass_state_on(bits, on);
 }
 
 void GResponder::change_state(std::uint32_t bits, unsigned char on)
@@ -40,13 +43,10 @@ void GResponder::change_state(std::uint32_t bits, unsigned char on)
         ((state_ ^ owner_->state_) & state_inherited_10) != 0)
         set_state(state_inherited_10, on);
     state_ = on != 0 ? state_ | bits : state_ & ~bits;
-    if ((bits & kWithConsequences & ~kInherited) != 0)
-        follow_state(bits, on);
-    else
-        pass_state_on(bits, on);
+    follow_state(bits, on);
 }
 
-inline void GResponder::pass_state_on(std::uint32_t bits, unsigned char on)
+void GResponder::pass_state_on(std::uint32_t bits, unsigned char on)
 {
     for (int index = children_.count() - 1; index >= 0; --index) {
         if (index < children_.count())

@@ -252,7 +252,7 @@ bool GResponder::delete_from_list(GResponder* child)
     return true;
 }
 
-void GResponder::remove_doubles(const GResponder* child)
+[[gnu::noinline]] void GResponder::remove_doubles(const GResponder* child)
 {
     for (int index = 0; (index = children_.index_of(child)) < children_.count();)
         children_.remove_at(index);
