@@ -14,12 +14,12 @@ struct Drawing {
     std::vector<std::uint8_t> pixels;
 };
 
-/// Draws the mesh from a three-quarter view above, fitted into the square, smoothly shaded but for
-/// sharp edges, without a background. Depth is kept per pixel. Empty for a mesh without triangles,
-/// or without a size that a double can scale. Linear in the vertices, the triangles and the pixels
-/// that they cover; at kMaxCoveredPixels drawing ends, so that no model takes more than seconds.
+/// Draws the mesh as a MeshRaster sees it, fitted into the square, without a background. Empty for
+/// a mesh without triangles, or without a size that a double can scale.
 [[nodiscard]] Drawing draw_mesh(const TriangleMesh& mesh, int size_px);
-inline constexpr std::uint64_t kMaxCoveredPixels = 400'000'000;
+
+/// What models of that colour are made of where no material is told.
+[[nodiscard]] MaterialValues model_material(const Vector3& color);
 
 /// Draws a lit sphere of the material; what can be seen through has less alpha.
 [[nodiscard]] Drawing draw_material(const MaterialValues& material, int size_px);

@@ -4,6 +4,9 @@
 #include "foundation/GStreamable.h"
 #include "graphics/GIconMaker.h"
 #include "graphics/PixelMap.h"
+#include "responder/GResponder.h"
+#include "scene_interface/SceneItem.h"
+#include "scene_interface/SceneRoot.h"
 
 #include <gtest/gtest.h>
 
@@ -34,6 +37,29 @@ TEST(SceneModule, Loaded_GivesClassesFormatsAndIcons)
     GStreamable::Destroy(object);
 }
 
+TEST(SceneModule, SceneBuiltByName_OffersItsInterfacesToAHostThatDoesNotLinkIt)
+{
+    const GDynamicLinkLibrary module(ZMR_SCENE_MODULE, 0);
+    ASSERT_NE(module.module, nullptr) << GDynamicLinkLibrary::LastError().text;
+    const GMetaClass* const scene_class = GMetaClass::FindByName("SceneSpace");
+    ASSERT_NE(scene_class, nullptr);
+    auto* const responder = zmr::class_cast<GResponder>(scene_class->buildObject());
+    ASSERT_NE(responder, nullptr);
+    auto* const root = dynamic_cast<scene::SceneRoot*>(responder);
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(dynamic_cast<scene::SceneItem*>(responder), nullptr);
+
+    const GObjectFileFormat* const format = GObjectFileFormat::Find(kRing.c_str());
+    ASSERT_NE(format, nullptr);
+    GResponder* const added = root->add_model(format->read_object(kRing.c_str()), "ring");
+    ASSERT_NE(added, nullptr);
+    auto* const item = dynamic_cast<scene::SceneItem*>(added);
+    ASSERT_NE(item, nullptr);
+    EXPECT_GT(item->triangle_count(), 100u);
+    EXPECT_EQ(responder->get_current(), added);
+    GStreamable::Destroy(responder);
+}
+
 TEST(SceneModule, Unloaded_LeavesNothingBehind)
 {
     const std::size_t formats_before = GObjectFileFormat::All().size();
@@ -45,6 +71,7 @@ TEST(SceneModule, Unloaded_LeavesNothingBehind)
 
     EXPECT_EQ(GMetaClass::FindByName("SceneMesh"), nullptr);
     EXPECT_EQ(GMetaClass::FindByName("SceneMaterial"), nullptr);
+    EXPECT_EQ(GMetaClass::FindByName("SceneSpace"), nullptr);
     EXPECT_EQ(GObjectFileFormat::All().size(), formats_before);
     EXPECT_EQ(GObjectFileFormat::Find(kRing.c_str()), nullptr);
 }
