@@ -22,6 +22,8 @@ public:
             error.kind = zmr::FileErrorKind::NotFound;
             return nullptr;
         }
+        if (create == zmr::FileCreate::CreateOrTruncate)
+            files_[name].clear();
         return std::make_unique<File>(files_[name]);
     }
     zmr::FileError rename(const std::string& from, const std::string& to) override

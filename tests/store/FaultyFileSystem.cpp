@@ -161,6 +161,9 @@ std::unique_ptr<FileDevice> FaultyFileSystem::open(const std::string& name, File
         file = std::make_shared<File>();
         file->number = ++files_made_;
         files_[name] = file;
+    } else if (create == FileCreate::CreateOrTruncate) {
+        if ((error = FaultyFile(*this, file, true).set_length(0)))
+            return nullptr;
     }
     return std::make_unique<FaultyFile>(*this, std::move(file), access == FileAccess::ReadWrite);
 }
