@@ -109,7 +109,8 @@ bool SettingsFile::may_be_written(SettingsFileState state) const
     if (state == SettingsFileState::Missing)
         return true;
     FileError error;
-    return device_.open(name_, FileAccess::ReadWrite, FileCreate::OpenExisting,
+    return !is_marked_read_only(name_) &&
+           device_.open(name_, FileAccess::ReadWrite, FileCreate::OpenExisting,
                         FileShare::ReadWrite, error) != nullptr;
 }
 

@@ -57,6 +57,8 @@ private:
 /// The rights that users have on `from` are given to `to`, where the system keeps them with the
 /// file; failing changes nothing.
 void keep_rights(const std::string& from, const std::string& to);
+/// Whether the file is marked as one that nobody may write, which does not bind every user.
+[[nodiscard]] bool is_marked_read_only(const std::string& name);
 /// Makes the folders above `name` when they are those of the user's own settings. False when it did
 /// not.
 [[nodiscard]] bool make_settings_folder(const std::string& name);

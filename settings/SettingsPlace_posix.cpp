@@ -74,6 +74,16 @@ void keep_rights(const std::string& from, const std::string& to)
         std::filesystem::permissions(to, rights, failed);
 }
 
+bool is_marked_read_only(const std::string& name)
+{
+    using std::filesystem::perms;
+    constexpr perms kWrite = perms::owner_write | perms::group_write | perms::others_write;
+    std::error_code failed;
+    const auto status = std::filesystem::status(name, failed);
+    return !failed && std::filesystem::exists(status) &&
+           (status.permissions() & kWrite) == perms::none;
+}
+
 bool make_settings_folder(const std::string& name)
 {
     const std::string folder = settings_folder();

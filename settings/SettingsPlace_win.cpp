@@ -60,6 +60,15 @@ HKEY open_section_key(const char* registry_key, const char* profile_name, const 
 // A new file has those of its folder, which is the user's own.
 void keep_rights(const std::string&, const std::string&) {}
 
+bool is_marked_read_only(const std::string& name)
+{
+    std::wstring wide;
+    if (!to_wide_path(name, wide))
+        return false;
+    const DWORD attributes = ::GetFileAttributesW(wide.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
 // The folders of settings are the system's, and there.
 bool make_settings_folder(const std::string&)
 {
