@@ -353,7 +353,8 @@ void run_children()
         const int owners = 10'000 / children;
         in_new_process([&] {
             compare_halves(append, remove, own_children(owners, children),
-                           qt::children(owners, children), 10'000, 6, children < 10'000 ? 6 : 1, 3);
+                           qt::children(owners, children), 10'000, 6, children < 10'000 ? 6 : 1,
+                           10);
         });
     }
 }

@@ -26,7 +26,6 @@ public:
     operator GResponder*() const { return object(); }
     GResponder_Iterator& operator++()
     {
-        __builtin_prefetch(container_->at(static_cast<short>(position_ + kAhead)));
         position_ = static_cast<short>(position_ + (position_ < zmr::ChildList::kMaxCount ? 1 : 0));
         return *this;
     }
@@ -40,8 +39,6 @@ public:
     void restart() { position_ = 0; }
 
 private:
-    static constexpr short kAhead = 4;  ///< So far ahead children are fetched into the cache.
-
     short position_ = 0;
     const GResponder* container_;
 };

@@ -150,8 +150,9 @@ bool GResponder::is_above(const GResponder* other) const
     return this == other || (children_.count() > 0 && other->isSubobject(this) != 0);
 }
 
-/// The index behind the children from `index` on whose priority is above that of `child`. Apart, so
-/// that an insertion at the end has few registers to save.
+// What few insertions and removals need stands apart, so that most save few registers.
+
+/// The index behind the children from `index` on whose priority is above that of `child`.
 [[gnu::noinline]] int GResponder::behind_higher(const GResponder* child, int index) const
 {
     const unsigned short priority = child->Priority();
@@ -188,7 +189,7 @@ int GResponder::insert_to_list(GResponder* child, GResponder* target, unsigned c
 }
 
 /// What a child that comes here can't stay, or have, as a current one.
-void GResponder::drop_currents(GResponder* child)
+[[gnu::noinline]] void GResponder::drop_currents(GResponder* child)
 {
     GResponder* const holder = child->current_of();
     if (holder != nullptr && holder != this)
