@@ -6,6 +6,8 @@
 #include "platform/CPaintDC.h"
 #include "platform/SizeParent.h"
 
+#include <windowsx.h>
+
 #include <utility>
 
 IMPLEMENT_DYNAMIC(CControlBar, CWnd)
@@ -18,6 +20,7 @@ BEGIN_MESSAGE_MAP(CControlBar, CWnd)
     ON_WM_WINDOWPOSCHANGING()
     ON_MESSAGE(WM_SIZEPARENT, &CControlBar::OnSizeParent)
     ON_MESSAGE(WM_IDLEUPDATECMDUI, &CControlBar::OnIdleUpdateCmdUI)
+    ON_MESSAGE(WM_HELPHITTEST, &CControlBar::OnHelpHitTest)
 END_MESSAGE_MAP()
 
 namespace {
@@ -340,6 +343,13 @@ LRESULT CControlBar::OnSizeParent(WPARAM, LPARAM lparam)
     layout.sizeTotal = room.total;
     AfxRepositionWindow(&layout, m_hWnd, place);
     return 0;
+}
+
+LRESULT CControlBar::OnHelpHitTest(WPARAM, LPARAM point)
+{
+    const CPoint place(GET_X_LPARAM(point), GET_Y_LPARAM(point));
+    const int command = OnToolHitTest(place, nullptr);
+    return command > 0 ? static_cast<LRESULT>(HID_BASE_COMMAND + LOWORD(command)) : 0;
 }
 
 LRESULT CControlBar::OnIdleUpdateCmdUI(WPARAM disable, LPARAM)

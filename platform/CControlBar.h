@@ -112,6 +112,8 @@ protected:
     void OnWindowPosChanging(WINDOWPOS* place);
     LRESULT OnSizeParent(WPARAM, LPARAM layout);
     LRESULT OnIdleUpdateCmdUI(WPARAM disable, LPARAM);
+    /// The topic of the command whose button lies there; 0 beside the buttons.
+    LRESULT OnHelpHitTest(WPARAM, LPARAM point);
 
     int m_cxLeftBorder = 6;
     int m_cxRightBorder = 6;

@@ -22,6 +22,7 @@ BEGIN_MESSAGE_MAP(CFrameWnd, CWnd)
     ON_WM_INITMENUPOPUP()
     ON_WM_MENUSELECT()
     ON_WM_HELPINFO()
+    ON_WM_CANCELMODE()
     ON_MESSAGE(WM_IDLEUPDATECMDUI, &CFrameWnd::OnIdleUpdateCmdUI)
     ON_MESSAGE(WM_SETMESSAGESTRING, &CFrameWnd::OnSetMessageString)
     ON_MESSAGE(WM_POPMESSAGESTRING, &CFrameWnd::OnPopMessageString)
@@ -200,6 +201,7 @@ BOOL CFrameWnd::OnCmdMsg(UINT id, int code, void* extra, AFX_CMDHANDLERINFO* inf
 void CFrameWnd::OnActivate(UINT state, CWnd* other, BOOL minimised)
 {
     if (state == WA_INACTIVE) {
+        ExitHelpMode();
         const HWND focus = ::GetFocus();
         if (focus != nullptr && ::IsChild(m_hWnd, focus))
             last_focus_ = focus;

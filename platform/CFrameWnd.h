@@ -80,11 +80,24 @@ public:
     virtual void EndModalState();
     [[nodiscard]] BOOL InModalState() const { return m_cModalStack != 0; }
 
-    /// Asks for help about the choice that a menu stands on, else about the window that has the
-    /// focus: WM_COMMANDHELP goes up its parents and owners until one answers, and the command
-    /// ID_DEFAULT_HELP runs when none does. A host may map ID_HELP to it.
+    // Help. docs/platform.md tells the way of a request. A host's map names the handlers for the
+    // commands that it has: ID_HELP, ID_CONTEXT_HELP, ID_HELP_INDEX and so on.
+
+    /// Asks for help about the message box that is open, else about the choice that a menu stands
+    /// on, else about the window that has the focus: WM_COMMANDHELP goes up its parents and owners
+    /// until one answers, and the command ID_DEFAULT_HELP runs when none does.
     void OnHelp();
-    /// Ends the state in which the next choice asks for help.
+    /// Help mode: the cursor becomes a question, and the next click, or choice in a menu, asks for
+    /// help about what it points at and does nothing else. Escape, the same command again, another
+    /// program's window and WM_CANCELMODE end it without help. Runs a message loop of its own and
+    /// returns when the mode is over. Nothing happens when CanEnterHelpMode says no.
+    void OnContextHelp();
+    void OnHelpIndex();
+    void OnHelpFinder();
+    void OnHelpUsing();
+    /// FALSE while the frame is disabled, in help mode, and where there is no application.
+    [[nodiscard]] virtual BOOL CanEnterHelpMode() const;
+    /// Ends help mode; nothing when it is not on.
     virtual void ExitHelpMode();
 
     BOOL PreTranslateMessage(MSG* message) override;
@@ -126,6 +139,7 @@ protected:
     LRESULT OnHelpHitTest(WPARAM, LPARAM point);
     LRESULT OnCommandHelp(WPARAM, LPARAM context);
     LRESULT OnExitHelpMode(WPARAM, LPARAM);
+    void OnCancelMode();
     /// Answers TTN_NEEDTEXT with the command's text behind its line feed.
     BOOL OnToolTipText(UINT id, NMHDR* header, LRESULT* result);
     /// Shows or hides the bar whose id is the command. FALSE when there is no such bar.
@@ -146,6 +160,9 @@ private:
     void show_prompt_of_tracking();
     /// A menu stands on a command.
     [[nodiscard]] bool is_on_choice() const;
+    void run_help_mode();
+    /// Asks for help about what lies at a place of the screen.
+    void ask_about(CPoint place);
 
     HMENU delayed_menu_ = nullptr;  ///< For OnUpdateFrameMenu.
     std::vector<HWND> disabled_;    ///< By BeginModalState.

@@ -4,13 +4,14 @@
 #include "platform/CFrameWnd.h"
 #include "platform/CMenu.h"
 #include "platform/CWinApp.h"
+#include "platform/HelpMode.h"
 #include "platform/PopupWalk.h"
 #include "platform/PromptText.h"
 #include "platform/ThreadState.h"
 
 #include <algorithm>
 
-// What a frame does about commands: menus that open, texts in the message bar, tips, help.
+// What a frame does about commands: menus that open, texts in the message bar, tips.
 
 namespace {
 
@@ -49,8 +50,8 @@ BOOL CFrameWnd::OnCommand(WPARAM wparam, LPARAM lparam)
 
 void CFrameWnd::OnSysCommand(UINT command, LPARAM lparam)
 {
-    const UINT text = zmr::prompt_id_of_choice(command, 0);
-    if (m_bHelpMode && text != command) {
+    if (m_bHelpMode && zmr::asks_in_help_mode(command)) {
+        const UINT text = zmr::prompt_id_of_choice(command, 0);
         SendMessage(WM_COMMANDHELP, 0, static_cast<LPARAM>(HID_BASE_COMMAND + text));
         return;
     }
@@ -226,73 +227,4 @@ void CFrameWnd::OnUpdateKeyIndicator(CCmdUI* state)
     else if (state->m_nID == ID_INDICATOR_NUM)
         key = VK_NUMLOCK;
     state->Enable(::GetKeyState(key) & 1);
-}
-
-LRESULT CFrameWnd::OnHelpHitTest(WPARAM, LPARAM)
-{
-    return m_nIDHelp != 0 ? static_cast<LRESULT>(HID_BASE_RESOURCE + m_nIDHelp) : 0;
-}
-
-BOOL CFrameWnd::OnHelpInfo(HELPINFO*)
-{
-    AFX_CMDHANDLERINFO info;
-    if (OnCmdMsg(ID_HELP, static_cast<int>(CN_COMMAND), nullptr, &info))
-        SendMessage(WM_COMMAND, ID_HELP);
-    else
-        OnHelp();
-    return TRUE;
-}
-
-bool CFrameWnd::is_on_choice() const
-{
-    return m_nIDTracking != AFX_IDS_IDLEMESSAGE && m_nIDTracking != AFX_IDS_HELPMODEMESSAGE &&
-           m_nIDTracking != 0;
-}
-
-void CFrameWnd::OnHelp()
-{
-    HWND window = is_on_choice() ? m_hWnd : ::GetFocus();
-    if (window == nullptr)
-        window = ::GetLastActivePopup(m_hWnd);
-    for (; window != nullptr; window = ::GetParent(window)) {
-        const LRESULT answered = ::SendMessage(window, WM_COMMANDHELP, 0, 0);
-        zmr::rethrow_pending();
-        if (answered != 0)
-            return;
-    }
-    SendMessage(WM_COMMAND, ID_DEFAULT_HELP);
-}
-
-LRESULT CFrameWnd::OnCommandHelp(WPARAM, LPARAM context)
-{
-    if (context == 0) {
-        // Of the choice that the menu stands on, else of the frame.
-        if (is_on_choice())
-            context = static_cast<LPARAM>(HID_BASE_COMMAND + m_nIDTracking);
-        else if (m_nIDHelp != 0)
-            context = static_cast<LPARAM>(HID_BASE_RESOURCE + m_nIDHelp);
-    }
-    if (context == 0)
-        return FALSE;
-    ExitHelpMode();
-    WinHelp(static_cast<DWORD_PTR>(context), HELP_CONTEXT);
-    return TRUE;
-}
-
-LRESULT CFrameWnd::OnExitHelpMode(WPARAM, LPARAM)
-{
-    ExitHelpMode();
-    return 0;
-}
-
-void CFrameWnd::ExitHelpMode()
-{
-    if (!m_bHelpMode)
-        return;
-    m_bHelpMode = FALSE;
-    if (CWinApp* const application = AfxGetApp())
-        application->m_bHelpMode = FALSE;
-    if (::GetCapture() == m_hWnd)
-        ::ReleaseCapture();
-    PostMessage(WM_POPMESSAGESTRING, AFX_IDS_IDLEMESSAGE);
 }

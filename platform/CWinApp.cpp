@@ -1,10 +1,12 @@
 #include "platform/CWinApp.h"
 
 #include "platform/AfxResources.h"
+#include "platform/CFrameWnd.h"
 #include "platform/CUserException.h"
 #include "platform/CWnd.h"
 #include "platform/ModuleState.h"
 #include "platform/PlatformIds.h"
+#include "platform/SystemMessageBox.h"
 #include "platform/ThreadState.h"
 #include "platform/WideText.h"
 
@@ -120,8 +122,8 @@ int CWinApp::DoMessageBox(LPCTSTR text, UINT type, UINT help)
     const HWND owner = zmr::safe_owner(nullptr, &disabled);
     const DWORD former_context = m_dwPromptContext;
     if (help != 0)
-        m_dwPromptContext = help;
-    const int answer = ::MessageBox(owner, text, m_pszAppName, with_icon(type));
+        m_dwPromptContext = HID_BASE_PROMPT + help;
+    const int answer = zmr::system_message_box(owner, text, m_pszAppName, with_icon(type));
     m_dwPromptContext = former_context;
     if (disabled != nullptr)
         ::EnableWindow(disabled, TRUE);
@@ -151,6 +153,36 @@ void CWinApp::WinHelp(DWORD_PTR data, UINT command)
     const HWND window = main_window != nullptr ? main_window->m_hWnd : nullptr;
     if (!::WinHelp(window, m_pszHelpFilePath, command, data))
         AfxMessageBox(AFX_IDP_FAILED_TO_LAUNCH_HELP);
+}
+
+void CWinApp::OnHelp()
+{
+    CWnd* const main_window = GetMainWnd();
+    if (CFrameWnd* const frame = DYNAMIC_DOWNCAST(CFrameWnd, main_window))
+        frame->OnHelp();
+    else if (main_window != nullptr && main_window->SendMessage(WM_COMMANDHELP) == 0)
+        main_window->SendMessage(WM_COMMAND, ID_DEFAULT_HELP);
+}
+
+void CWinApp::OnContextHelp()
+{
+    if (CFrameWnd* const frame = DYNAMIC_DOWNCAST(CFrameWnd, GetMainWnd()))
+        frame->OnContextHelp();
+}
+
+void CWinApp::OnHelpIndex()
+{
+    WinHelp(0, HELP_INDEX);
+}
+
+void CWinApp::OnHelpFinder()
+{
+    WinHelp(0, HELP_FINDER);
+}
+
+void CWinApp::OnHelpUsing()
+{
+    WinHelp(0, HELP_HELPONHELP);
 }
 
 HICON CWinApp::LoadIcon(LPCTSTR name) const
@@ -188,7 +220,7 @@ int AfxMessageBox(LPCTSTR text, UINT type, UINT help)
 {
     if (CWinApp* const application = AfxGetApp())
         return application->DoMessageBox(text, type, help);
-    return ::MessageBox(nullptr, text, nullptr, with_icon(type));
+    return zmr::system_message_box(nullptr, text, nullptr, with_icon(type));
 }
 
 int AfxMessageBox(UINT text_id, UINT type, UINT help)

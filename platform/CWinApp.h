@@ -30,6 +30,15 @@ public:
     /// 1 shows the hourglass, -1 ends one showing, 0 shows it again while there is one.
     virtual void DoWaitCursor(int code);
     virtual void WinHelp(DWORD_PTR data, UINT command);
+
+    // Handlers that a host's map may name: the main window's, where that is a frame.
+
+    /// As CFrameWnd::OnHelp. Without a frame the main window is asked, then ID_DEFAULT_HELP.
+    void OnHelp();
+    void OnContextHelp();  ///< As CFrameWnd::OnContextHelp; nothing without a frame.
+    void OnHelpIndex();
+    void OnHelpFinder();
+    void OnHelpUsing();
     /// For hosts that call it at their start: dialogs look so anyway.
     BOOL Enable3dControls() { return TRUE; }
 

@@ -2,6 +2,7 @@
 
 #include "foundation/GString.h"
 #include "platform/CWinApp.h"
+#include "platform/SystemMessageBox.h"
 #include "settings/MessageFlags.h"
 
 namespace {
@@ -26,7 +27,7 @@ unsigned long MsgBox::message_box(const char* text, unsigned long flags)
     // The application has its own caption.
     const int answer = AfxGetApp() != nullptr
                            ? AfxMessageBox(shown.text, look.type, 0)
-                           : ::MessageBoxA(nullptr, shown.text, look.caption, look.type);
+                           : zmr::system_message_box(nullptr, shown.text, look.caption, look.type);
     return zmr::message_answer(answer);
 }
 
