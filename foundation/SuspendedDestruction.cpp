@@ -4,8 +4,8 @@
 #include "foundation/Immortal.h"
 
 #include <atomic>
+#include <exception>
 #include <mutex>
-#include <new>
 #include <vector>
 
 namespace {
@@ -54,8 +54,8 @@ bool SuspendedDestruction::Add(GObject* object)
         return false;
     try {
         all.objects.push_back(object);
-    } catch (const std::bad_alloc&) {
-        return false;  // with no memory to wait in, it is freed at once
+    } catch (const std::exception&) {  // bad_alloc, or what the application's new-handler throws
+        return false;                  // with no memory to wait in, it is freed at once
     }
     object->waiting_index_ = all.objects.size() - 1;
     object->object_flags_ |= GObject::kWaiting;

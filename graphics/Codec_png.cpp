@@ -3,6 +3,7 @@
 #include <csetjmp>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <string>
 
 #include <png.h>
@@ -115,7 +116,7 @@ void write_bytes(png_structp png, png_bytep from, std::size_t count)
     auto* writer = static_cast<PngWriter*>(png_get_io_ptr(png));
     try {
         writer->bytes.insert(writer->bytes.end(), from, from + count);
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {  // bad_alloc, or what the application's new-handler throws
         writer->no_memory = true;
     }
     if (writer->no_memory)
