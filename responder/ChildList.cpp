@@ -1,5 +1,6 @@
 #include "responder/ChildList.h"
 
+#include "foundation/GException.h"
 #include "foundation/HeapBlock.h"
 
 #include <algorithm>
@@ -153,7 +154,11 @@ void ChildList::give_back()
 {
     move_list(-room().front);
     const int capacity = 2 * block_entries(count_);
-    slots_ = static_cast<Slot*>(resize_block(slots_ - 1, bytes_of_block(capacity))) + 1;
+    try {
+        slots_ = static_cast<Slot*>(resize_block(slots_ - 1, bytes_of_block(capacity))) + 1;
+    } catch (const OutOfMemory_Exception&) {
+        return;  // the large block will do, and a removal does not fail
+    }
     set_room(0, capacity);
 }
 

@@ -24,6 +24,10 @@ struct NotificationLink;
 /// Created detached; it enters a tree by an insertion and leaves it by remove, or when it ends by
 /// GStreamable::destroy, which ends its children first. A class whose objects are deleted otherwise
 /// calls shut_down in its destructor. docs/events.md tells how events pass. User-interface thread.
+///
+/// A bare one takes 72 bytes. Behaviours, label, palette, receivers of notifications and the
+/// current child, on both sides of it, stand in a record of their own that is made at the first
+/// need; a list of children is a block of its own.
 class ZMR_GV_API GResponder : public GStreamable, public GIdler {
     G_DECLARE_CLASS(GResponder)
     using NotBuiltByName = GResponder;
@@ -103,7 +107,7 @@ public:
     /// Copies `label`; null for none.
     virtual void set_label(const char* label);
     /// Sends the events that were asked for by notify_when_modified, in that order. `info_long` is
-    /// the address of this GResponder.
+    /// the address of this GResponder. Linear in the receivers; allocates nothing.
     virtual void object_modified();
     /// 1, or 0 with nothing changed: see valid_inserted_pointer.
     virtual int insert_before(GResponder* child, GResponder* target);
@@ -111,7 +115,8 @@ public:
     /// Sorts the children, not keeping the order of equals, and then calls reset_current. `compare`
     /// must not sort another responder.
     virtual void sort(short (*compare)(const GResponder*, const GResponder*));
-    /// Makes a shown and selectable child, or none, the current one; others are ignored.
+    /// Makes a shown and selectable child, or none, the current one; others are ignored. The first
+    /// time both take some memory.
     virtual void set_current(GResponder* child);
     /// The end of the path of current children that starts here.
     virtual GResponder* topmost();
@@ -177,7 +182,8 @@ public:
     [[nodiscard]] GResponder* first_match(unsigned long state_bits,
                                           unsigned long option_bits) const;
 
-    /// In front of the first child, as far as priority allows.
+    /// In front of the first child, as far as priority allows. At either end of the list an
+    /// insertion costs the same for any number of children, elsewhere up to a move of half of them.
     void insert(GResponder* child);
     int insert_after(GResponder* child, GResponder* target);
     /// An index outside the list inserts at the nearer end.
@@ -185,6 +191,7 @@ public:
     /// As insert, but not through an overridden insert_before.
     bool silent_insert(GResponder* child);
     /// As remove, but not through an overridden remove. False when `child` is none of this one's.
+    /// Linear: it is searched for from the front.
     bool silent_remove(GResponder* child);
     GResponder& operator+(GResponder* child);
     GResponder& operator-(GResponder* child);
@@ -275,7 +282,8 @@ public:
 
     // Change notification.
     /// Asks for an event of `kind` with `word` to be sent to `receiver` by object_modified. The
-    /// same three again, and null, are ignored. A receiver that ends drops out.
+    /// same three again, and null, are ignored. A receiver that ends drops out. Linear in the
+    /// receivers that there are.
     void notify_when_modified(GResponder* receiver, GEvent::GEventType kind, unsigned long word);
     void cancel_notification(GResponder* receiver, GEvent::GEventType kind, unsigned long word);
     /// Puts the NotificationLinks of the living receivers in place of what `out` holds, which owns

@@ -56,6 +56,11 @@ short by_name(const GResponder* a, const GResponder* b)
 
 }  // namespace
 
+TEST(GResponderTree, BareResponder_TakesFewBytes)
+{
+    EXPECT_LE(sizeof(GResponder), 72U);
+}
+
 TEST(GResponderTree, New_IsDetachedAndShown)
 {
     GResponder responder;
