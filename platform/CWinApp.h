@@ -1,7 +1,10 @@
 #pragma once
 
 #include "platform/AfxState.h"
+#include "platform/CRecentFileList.h"
 #include "platform/CWinThread.h"
+
+#include <memory>
 
 /// The program: its first thread, its command line and its resources. A host derives from it and
 /// has one object of its class with static life, whose InitInstance opens the main window;
@@ -52,6 +55,14 @@ public:
         return ::LoadCursor(nullptr, name);
     }
 
+    /// Puts a file in front of the recent ones, where there is a list of them.
+    virtual void AddToRecentFileList(LPCTSTR path);
+    /// Opens a file that was chosen among the recent ones. FALSE when it cannot be opened: it is
+    /// taken off the list then. The base opens nothing, and is TRUE.
+    virtual BOOL OpenDocumentFile(LPCTSTR path);
+
+    std::unique_ptr<CRecentFileList> m_pRecentFileList;
+    UINT m_nNumPreviewPages = 0;
     HINSTANCE m_hInstance = nullptr;
     LPCTSTR m_lpCmdLine = "";  ///< Without the program's own name.
     int m_nCmdShow = SW_SHOWNORMAL;
@@ -66,6 +77,9 @@ protected:
 
     /// ID_APP_EXIT: closes the main window.
     void OnAppExit();
+    /// ID_FILE_MRU_FILE1 and the fifteen commands behind it: the recent files.
+    void OnUpdateRecentFileMenu(CCmdUI* state);
+    void OnOpenRecentFile(UINT id);
 
 private:
     CString app_name_;
