@@ -63,7 +63,17 @@ public:
         return modules_;
     }
 
-    /// The translator of processor faults: throws a GLibraryException with text 10000, whatever the
+    /// Reads the list of recent files, which gets `count` places (0: no list), and the number of
+    /// preview pages, through RegistryManager::get(). A former list goes.
+    void LoadStdProfileSettings(unsigned int count);
+    /// Writes both back; 0 preview pages are not written.
+    void SaveStdProfileSettings();
+    /// Puts the file at the front of the list and writes it. A text that can name no file is
+    /// ignored.
+    void AddToRecentFileList(const char* path) override;
+
+    /// The translator of processor faults:
+ throws a GLibraryException with text 10000, whatever the
     /// fault.
     static void SeTranslatorFunc(unsigned int code, EXCEPTION_POINTERS* pointers);
 
