@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/GStreamable.h"
 #include "graphics/PixelMap.h"
 #include "scene_editor/core/EntryRows.h"
 
@@ -13,6 +14,12 @@ namespace editor {
 
 /// A directory of a library: the names of its levels, the root being the empty list.
 using DirectoryPath = std::vector<std::string>;
+struct DestroyObject {
+    void operator()(GStreamable* object) const { GStreamable::Destroy(object); }
+};
+/// An object with one owner, ended as the object model asks.
+using OwnedObject = std::unique_ptr<GStreamable, DestroyObject>;
+
 /// A number that tells one listing of a directory from those before it.
 using ListingId = std::uint64_t;
 
@@ -64,6 +71,13 @@ struct PreviewLoaded {
     std::string caption;                ///< Its size, or why there is no picture.
 };
 
+/// An object that was asked for.
+struct ObjectLoaded {
+    std::string name;
+    OwnedObject object;
+    std::string reason;  ///< Why there is none, as a sentence.
+};
+
 struct EntryRenamed {
     ListingId listing = 0;
     EntryRows::Id row = 0;
@@ -82,7 +96,7 @@ struct ChangeRefused {
 
 using LibraryResult =
     std::variant<LibraryOpened, LibraryRefused, DirectoriesListed, RowsListed, IconLoaded,
-                 PreviewLoaded, EntryRenamed, EntriesRemoved, ChangeRefused>;
+                 PreviewLoaded, ObjectLoaded, EntryRenamed, EntriesRemoved, ChangeRefused>;
 
 /// An entry of a listing.
 struct ListedEntry {

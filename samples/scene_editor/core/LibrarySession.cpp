@@ -59,6 +59,13 @@ std::unique_ptr<PixelMap> shrunk(const PixelMap& picture, int size_px)
                               std::max(1L, height * size_px / longer), true));
 }
 
+const char* why_no_object(const ODB_Mediator& mediator)
+{
+    return mediator.get_object_class_identifier() == nullptr
+               ? "Its class is not known here: a module is missing."
+               : "Its content is missing or damaged.";
+}
+
 std::string size_text(const PixelMap& picture)
 {
     return std::to_string(picture.get_width()) + " \xC3\x97 " +
@@ -222,12 +229,24 @@ PreviewRead LibrarySession::load_preview(const DirectoryPath& path, const std::s
         preview.picture = std::make_unique<PixelMap>(*icon);
         mediator->unload_icon();
     }
-    if (read.object == nullptr) {
-        preview.caption = mediator->get_object_class_identifier() == nullptr
-                              ? "Its class is not known here: a module is missing."
-                              : "Its content is missing or damaged.";
-    }
+    if (read.object == nullptr)
+        preview.caption = why_no_object(*mediator);
     return read;
+}
+
+ObjectLoaded LibrarySession::load_object(const DirectoryPath& path, const std::string& name) const
+{
+    ObjectLoaded loaded{name, nullptr, {}};
+    ODB_Mediator* const mediator =
+        database_ != nullptr ? database_->get_mediator(mediator_name(path, name)) : nullptr;
+    if (mediator == nullptr) {
+        loaded.reason = "The entry " + quoted(name) + " is not there any more.";
+        return loaded;
+    }
+    loaded.object.reset(mediator->get_object());
+    if (loaded.object == nullptr)
+        loaded.reason = "The entry " + quoted(name) + ": " + why_no_object(*mediator);
+    return loaded;
 }
 
 std::optional<std::string> LibrarySession::rename(const DirectoryPath& path,

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "foundation/GStreamable.h"
 #include "scene_editor/core/LibraryResults.h"
 
 #include <memory>
@@ -12,12 +11,6 @@ class ObjectDatabase;
 
 namespace editor {
 
-struct DestroyObject {
-    void operator()(GStreamable* object) const { GStreamable::Destroy(object); }
-};
-/// An object with one owner, ended as the object model asks.
-using OwnedObject = std::unique_ptr<GStreamable, DestroyObject>;
-
 /// What an entry shows, and, where that is not the best it can show, the object to draw.
 struct PreviewRead {
     PreviewLoaded preview;
@@ -28,7 +21,7 @@ struct PreviewRead {
 [[nodiscard]] PreviewLoaded draw_preview(PreviewRead read, int size_px);
 
 /// The open library, and the listing that is under way. All of it lives in one thread, the one that
-/// makes it. Only `load_preview` reads objects.
+/// makes it. Only `load_preview` and `load_object` read objects.
 class LibrarySession {
 public:
     LibrarySession();
@@ -57,6 +50,10 @@ public:
     /// its icon, and the object.
     [[nodiscard]] PreviewRead load_preview(const DirectoryPath& path, const std::string& name,
                                            int size_px) const;
+
+    /// The object itself; where it can't be had, why.
+    [[nodiscard]] ObjectLoaded load_object(const DirectoryPath& path,
+                                           const std::string& name) const;
 
     /// Renames an entry and commits it. The reason as a sentence when that is refused: the name is
     /// empty or in use, the entry is gone, or nothing can be written.

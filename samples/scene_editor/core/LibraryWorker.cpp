@@ -81,6 +81,12 @@ void LibraryWorker::want_preview(const DirectoryPath& path, const std::string& n
     work_waits_.notify_all();
 }
 
+void LibraryWorker::want_object(const DirectoryPath& path, const std::string& name)
+{
+    add_task(
+        [this, path, name](LibrarySession& session) { give(session.load_object(path, name)); });
+}
+
 void LibraryWorker::rename(ListingId listing, const DirectoryPath& path, const ListedEntry& entry,
                            const std::string& to)
 {

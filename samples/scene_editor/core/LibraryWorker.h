@@ -39,6 +39,8 @@ public:
                     std::vector<ListedEntry> entries);
     /// The preview that is wanted now, in place of one asked for before.
     void want_preview(const DirectoryPath& path, const std::string& name, int size_px);
+    /// The object of an entry, for the caller to own.
+    void want_object(const DirectoryPath& path, const std::string& name);
     void rename(ListingId listing, const DirectoryPath& path, const ListedEntry& entry,
                 const std::string& to);
     void remove(ListingId listing, const DirectoryPath& path,

@@ -145,3 +145,19 @@ TEST(LibraryWorker, EndedInTheMidst_ClosesTheLibrary)
     const ObjectDatabase database(library.file().c_str(), GIO::OpenReadWrite);
     EXPECT_NE(database.server, nullptr);
 }
+
+TEST(LibraryWorker, Object_IsTheCallersOrTheReasonIsTold)
+{
+    const SampleLibrary library;
+    LibraryWorker worker([] {});
+    worker.open(library.file());
+    worker.want_object({"deep", "er"}, "one");
+    worker.want_object({}, "nothing");
+
+    const auto objects = only<ObjectLoaded>(results_of(worker));
+    ASSERT_EQ(objects.size(), 2U);
+    EXPECT_EQ(objects[0].name, "one");
+    EXPECT_NE(dynamic_cast<const PixelMap*>(objects[0].object.get()), nullptr);
+    EXPECT_EQ(objects[1].object, nullptr);
+    EXPECT_EQ(objects[1].reason, "The entry \"nothing\" is not there any more.");
+}
