@@ -90,8 +90,16 @@ void ODB_MediatorsArray::get_names(GStringCollection& result) const
 void ODB_MediatorsArray::apply_filter(const ODB_ContentsFilter& filter)
 {
     auto& asked = const_cast<ODB_ContentsFilter&>(filter);  // hosts override `accept` without const
-    for (long i = count - 1; i >= 0; --i) {
-        if (asked.accept(at(i)) == 0)
-            v_at_remove(i);
+    long kept = count;  // from here on lie the wanted ones; what is between was refused
+    long next = count - 1;
+    try {
+        for (; next >= 0; --next) {
+            if (asked.accept(at(next)) != 0)
+                items[--kept] = items[next];
+        }
+    } catch (...) {
+        v_at_remove_range(next + 1, kept - next - 1);
+        throw;
     }
+    v_at_remove_range(0, kept);
 }

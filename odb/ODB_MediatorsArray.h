@@ -35,6 +35,7 @@ public:
     [[nodiscard]] long find(const GString& key) const;
     /// Puts the names into `result`, emptied first, which then owns its texts.
     void get_names(GStringCollection& result) const;
-    /// Takes out the mediators that the filter refuses.
+    /// Takes out the mediators that the filter refuses; asks from the last to the first. Linear.
+    /// When the filter throws, those that it has refused are out.
     void apply_filter(const ODB_ContentsFilter& filter);
 };

@@ -1,0 +1,5 @@
+#include "odb/GInputAVIFile.h"
+
+GInputAVIFile::GInputAVIFile(const char*) {}
+
+GInputAVIFile::~GInputAVIFile() = default;
