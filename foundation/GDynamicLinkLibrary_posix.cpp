@@ -1,8 +1,11 @@
 #include "foundation/GDynamicLinkLibrary.h"
 
 #include "foundation/PathSyntax.h"
+#include "foundation/SharedObjectFile.h"
 
 #include <dlfcn.h>
+
+#include <string>
 
 namespace {
 
@@ -22,8 +25,13 @@ bool GDynamicLinkLibrary::load(const char* name, int)
         last_error = "no name was given";
         return false;
     }
-    module =
-        static_cast<HINSTANCE>(::dlopen(zmr::system_path(name).c_str(), RTLD_NOW | RTLD_LOCAL));
+    const std::string path = zmr::system_path(name);
+    // A name without a directory is looked for by the system.
+    if (path.find('/') != std::string::npos && zmr::is_cut_shared_object(path)) {
+        last_error = "a part of the file is missing";
+        return false;
+    }
+    module = static_cast<HINSTANCE>(::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
     if (module == nullptr)
         last_error = ::dlerror();
     return module != nullptr;

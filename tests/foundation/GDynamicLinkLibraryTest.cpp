@@ -98,6 +98,24 @@ TEST(GDynamicLinkLibrary, WhatIsNoLibrary_SaysWhy)
     }
 }
 
+TEST(GDynamicLinkLibrary, LibraryThatWasCutShort_IsRefused)
+{
+    const TemporaryFolder folder;
+    const std::filesystem::path cut = folder.path() / "cut.dll";
+    std::filesystem::copy_file(kModule, cut);
+    const std::uintmax_t whole = std::filesystem::file_size(cut);
+    // Down to nothing, by steps that come into each part of the file. What is behind the last
+    // loaded part may be missing.
+    int refused = 0;
+    for (std::uintmax_t length = whole / 2; length > 0; length = length * 7 / 8) {
+        std::filesystem::resize_file(cut, length);
+        const GDynamicLinkLibrary library(folder.file("cut.dll").c_str(), 0);
+        EXPECT_EQ(library.module, nullptr) << length;
+        refused += library.module == nullptr ? 1 : 0;
+    }
+    EXPECT_GT(refused, 20);
+}
+
 TEST(GDynamicLinkLibrary, NamesOutsideAscii_AreLoaded)
 {
     const TemporaryFolder folder;
