@@ -1,0 +1,78 @@
+#include "tests/app/modules/LoadedLibrary.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+// A program that is not linked with the library: it can go from memory, and come again.
+
+namespace {
+
+constexpr const char* kLibrary = ZMR_LIBRARY;
+constexpr const char* kPlugin = ZMR_FIRST_PLUGIN;
+
+/// ZMR_LIBRARY_TURNS makes more of them.
+int turns()
+{
+    const char* const wanted = std::getenv("ZMR_LIBRARY_TURNS");
+    return wanted == nullptr ? 20 : std::atoi(wanted);
+}
+
+void end_plugin_first()
+{
+    const LoadedLibrary library(kLibrary);
+    const LoadedLibrary plugin(kPlugin);
+}
+
+void end_library_first()
+{
+    auto library = std::make_unique<LoadedLibrary>(kLibrary);
+    const LoadedLibrary plugin(kPlugin);
+    library.reset();
+    // It stays as long as the plug-in that needs it.
+    EXPECT_TRUE(LoadedLibrary::IsLoaded(kLibrary));
+}
+
+void end_plugin_alone()
+{
+    const LoadedLibrary plugin(kPlugin);
+}
+
+}  // namespace
+
+TEST(LibraryLife, LoadedAndUnloaded_IsOutOfMemory)
+{
+    ASSERT_FALSE(LoadedLibrary::IsLoaded(kPlugin));
+    {
+        const LoadedLibrary library(kLibrary);
+        const LoadedLibrary plugin(kPlugin);
+        EXPECT_TRUE(LoadedLibrary::IsLoaded(kPlugin));
+    }
+    EXPECT_FALSE(LoadedLibrary::IsLoaded(kPlugin));
+    if (LoadedLibrary::CanLibraryEnd()) {
+        EXPECT_FALSE(LoadedLibrary::IsLoaded(kLibrary));
+    }
+}
+
+TEST(LibraryLife, PluginEndsFirst_NothingGrows)
+{
+    EXPECT_EQ(what_grows(end_plugin_first, turns()), "");
+}
+
+TEST(LibraryLife, LibraryIsLetGoFirst_NothingGrows)
+{
+    EXPECT_EQ(what_grows(end_library_first, turns()), "");
+}
+
+TEST(LibraryLife, PluginBringsTheLibrary_NothingGrows)
+{
+    EXPECT_EQ(what_grows(end_plugin_alone, turns()), "");
+}
+
+TEST(LibraryLife, PluginAloneWhileTheLibraryStays_NothingGrows)
+{
+    const LoadedLibrary library(kLibrary);
+    EXPECT_EQ(what_grows(end_plugin_alone, turns()), "");
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+/// A dynamic library, loaded by the system's own call; a failure fails the test. Each lane has its
+/// own source.
+class LoadedLibrary {
+public:
+    explicit LoadedLibrary(const char* file);
+    ~LoadedLibrary();
+    LoadedLibrary(const LoadedLibrary&) = delete;
+    LoadedLibrary& operator=(const LoadedLibrary&) = delete;
+
+    /// Whether that file is in the memory of this process.
+    [[nodiscard]] static bool IsLoaded(const char* file);
+    /// False where the compiler's own symbols keep the library itself in memory for good.
+    [[nodiscard]] static bool CanLibraryEnd();
+
+private:
+    void* handle_;
+};
+
+/// Runs `action` some times, counts handles and memory, runs it `turns` times more and counts
+/// again. Says what grew, and nothing when nothing did.
+[[nodiscard]] std::string what_grows(const std::function<void()>& action, int turns);

@@ -1,0 +1,95 @@
+#include "tests/app/modules/LoadedLibrary.h"
+
+#include <dlfcn.h>
+#include <malloc.h>
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+// What the sanitizers' allocator tells, where the program has it; the plain one knows nothing then.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
+
+namespace {
+
+std::size_t allocated_bytes()
+{
+    if (__sanitizer_get_current_allocated_bytes != nullptr)
+        return __sanitizer_get_current_allocated_bytes();
+    return ::mallinfo2().uordblks;
+}
+
+std::ptrdiff_t open_files()
+{
+    const std::filesystem::directory_iterator files("/proc/self/fd");
+    return std::distance(begin(files), end(files));
+}
+
+std::ptrdiff_t mapped_areas()
+{
+    std::ifstream maps("/proc/self/maps");
+    std::ptrdiff_t count = 0;
+    for (std::string line; std::getline(maps, line);)
+        ++count;
+    return count;
+}
+
+template <class Number>
+void tell_growth(std::string& text, const char* name, Number before, Number after, Number allowed)
+{
+    if (after > before + allowed)
+        text += std::string(name) + ": " + std::to_string(before) + " to " + std::to_string(after) +
+                "\n";
+}
+
+}  // namespace
+
+LoadedLibrary::LoadedLibrary(const char* file) : handle_(::dlopen(file, RTLD_NOW | RTLD_LOCAL))
+{
+    EXPECT_NE(handle_, nullptr) << ::dlerror();
+}
+
+LoadedLibrary::~LoadedLibrary()
+{
+    if (handle_ != nullptr)
+        ::dlclose(handle_);
+}
+
+bool LoadedLibrary::IsLoaded(const char* file)
+{
+    void* const handle = ::dlopen(file, RTLD_NOW | RTLD_NOLOAD);
+    if (handle != nullptr)
+        ::dlclose(handle);
+    return handle != nullptr;
+}
+
+bool LoadedLibrary::CanLibraryEnd()
+{
+    return false;
+}
+
+std::string what_grows(const std::function<void()>& action, int turns)
+{
+    constexpr int kFirstTurns = 20;
+    // The sanitizers note each static object of a library once more, and never forget it.
+    const std::size_t bytes_per_turn =
+        __sanitizer_get_current_allocated_bytes != nullptr ? 1024 : 8;
+    for (int turn = 0; turn < kFirstTurns; ++turn)
+        action();
+    const auto files = open_files();
+    const auto areas = mapped_areas();
+    const std::size_t bytes = allocated_bytes();
+    for (int turn = 0; turn < turns; ++turn)
+        action();
+    const std::size_t bytes_after = allocated_bytes();
+    std::string grown;
+    tell_growth(grown, "open files", files, open_files(), std::ptrdiff_t{0});
+    // The allocator may map memory of its own now and then.
+    tell_growth(grown, "mapped areas", areas, mapped_areas(), std::ptrdiff_t{8});
+    tell_growth(grown, "bytes", bytes, bytes_after,
+                static_cast<std::size_t>(turns) * bytes_per_turn);
+    return grown;
+}

@@ -1,0 +1,6 @@
+#include "Support.h"
+
+int support_number()
+{
+    return 4711;
+}
