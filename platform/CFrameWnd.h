@@ -134,7 +134,8 @@ protected:
     /// Shows the text of the number, or the text given. The number shown before.
     LRESULT OnSetMessageString(WPARAM id, LPARAM text);
     LRESULT OnPopMessageString(WPARAM id, LPARAM text);
-    /// F1: the command ID_HELP when somebody handles it, else OnHelp.
+    /// F1: the command ID_HELP when somebody handles it, else OnHelp. Nothing when the key belongs
+    /// to help mode.
     BOOL OnHelpInfo(HELPINFO* help);
     LRESULT OnHelpHitTest(WPARAM, LPARAM point);
     LRESULT OnCommandHelp(WPARAM, LPARAM context);

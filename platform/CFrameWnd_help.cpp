@@ -116,9 +116,17 @@ LRESULT CFrameWnd::OnHelpHitTest(WPARAM, LPARAM)
     return m_nIDHelp != 0 ? static_cast<LRESULT>(HID_BASE_RESOURCE + m_nIDHelp) : 0;
 }
 
-BOOL CFrameWnd::OnHelpInfo(HELPINFO*)
+BOOL CFrameWnd::OnHelpInfo(HELPINFO* help)
 {
     AFX_CMDHANDLERINFO info;
+    // The system tells of the key whatever is held with it, behind the key's own message: with
+    // Shift it has turned help mode on or off already.
+    const bool in_menu = help != nullptr && help->iContextType == HELPINFO_MENUITEM;
+    const bool of_help_mode =
+        m_bHelpMode || (::GetKeyState(VK_SHIFT) < 0 &&
+                        OnCmdMsg(ID_CONTEXT_HELP, static_cast<int>(CN_COMMAND), nullptr, &info));
+    if (of_help_mode && !in_menu)
+        return TRUE;
     if (OnCmdMsg(ID_HELP, static_cast<int>(CN_COMMAND), nullptr, &info))
         SendMessage(WM_COMMAND, ID_HELP);
     else
@@ -225,6 +233,9 @@ void CFrameWnd::run_help_mode()
         const bool shift = ::GetKeyState(VK_SHIFT) < 0;
         switch (zmr::help_mode_step(message.message, message.wParam, shift)) {
             case zmr::HelpModeStep::Pass:
+                // The system translates no key into a command while the mouse is captured.
+                if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST)
+                    ::ReleaseCapture();
                 if (!thread.PreTranslateMessage(&message)) {
                     ::TranslateMessage(&message);
                     ::DispatchMessage(&message);
