@@ -1,46 +1,14 @@
 #include "store/GObjectFilePlacement.h"
 
-#include "foundation/FileSystem.h"
 #include "foundation/GException.h"
 #include "foundation/GObjectFileFormat.h"
-#include "foundation/fpstream.h"
-#include "platform/FileDevice.h"
-
-#include <string>
+#include "foundation/ipstream.h"
+#include "foundation/opstream.h"
+#include "store/ObjectFile.h"
 
 G_DEFINE_CLASS(GObjectFilePlacement, GObjectPlacement);
 
 bool (*GObjectFilePlacement::s_AskFunction)(GFile& file) = nullptr;
-
-namespace {
-
-// The head of a file that holds one object as its stream; docs/object-file.md.
-constexpr std::uint32_t kMagic = 0x4F524D5A;  // "ZMRO"
-constexpr unsigned char kVersion = 1;
-
-/// Reads the head. True when the file is of this kind; `class_name` receives the object's class.
-bool read_head(ipstream& in, GString& class_name)
-{
-    if (in.readDWord() != kMagic || in.readByte() != kVersion)
-        return false;
-    in >> class_name;
-    return true;
-}
-
-/// Writes the object to a file of its own. Throws on a failed device.
-void write_file(const char* name, GStreamable& object)
-{
-    ofpstream out(name);
-    if (!out.good())
-        throw GStreamException("The file can't be made.");
-    out.writeDWord(kMagic);
-    out.writeByte(kVersion);
-    out.writeString(object.getClassName());
-    out.writePointer(&object);
-    out.flush();
-}
-
-}  // namespace
 
 GObjectFilePlacement::GObjectFilePlacement(const char* file, bool recognise,
                                            const GObjectFileFormat* format)
@@ -100,15 +68,9 @@ const GObjectFileFormat* GObjectFilePlacement::format_of_file() const
 GObject* GObjectFilePlacement::get_object(bool shared)
 {
     try {
-        GStreamable* object = nullptr;
-        if (const GObjectFileFormat* const format = format_of_file()) {
-            object = format->read_object(filename_.text);
-        } else {
-            ifpstream in(filename_.text);
-            GString class_name;
-            if (in.good() && read_head(in, class_name))
-                object = in.read_pointer<GStreamable>();
-        }
+        const GObjectFileFormat* const format = format_of_file();
+        GStreamable* const object = format != nullptr ? format->read_object(filename_.text)
+                                                      : zmr::read_object_file(filename_);
         if (shared)
             set_shared_object(object);
         return object;
@@ -120,15 +82,11 @@ GObject* GObjectFilePlacement::get_object(bool shared)
 const GMetaClass* GObjectFilePlacement::get_object_class_id() const
 {
     try {
-        GString class_name;
-        if (const GObjectFileFormat* const format = format_of_file()) {
-            class_name = const_cast<GObjectFileFormat*>(format)->read_object_class_name(
-                filename_.text);  // looks at the file only
-        } else {
-            ifpstream in(filename_.text);
-            if (!in.good() || !read_head(in, class_name))
-                return nullptr;
-        }
+        const GObjectFileFormat* const format = format_of_file();
+        const GString class_name =
+            format == nullptr ? zmr::object_file_class(filename_)
+                              : const_cast<GObjectFileFormat*>(format)->read_object_class_name(
+                                    filename_.text);  // looks at the file only
         return GMetaClass::FindByName(class_name.text);
     } catch (const GLibraryException&) {
         return nullptr;
@@ -140,26 +98,10 @@ bool GObjectFilePlacement::put_object(GObject* object, bool shared)
     auto* const streamable = zmr::class_cast<GStreamable>(object);
     if (streamable == nullptr || filename_.is_empty())
         return false;
-    if (const GObjectFileFormat* const format = format_of_file()) {
-        if (format->write_object(filename_.text, streamable) == 0)
-            return false;
-        return GObjectPlacement::put_object(object, shared);
-    }
-    GFile temporary = filename_ + ".~????????";
-    if (!FileSystem::UniqueName(temporary, '?'))
-        return false;
-    zmr::FileSystemDevice& files = zmr::FileSystemDevice::Real();
-    try {
-        write_file(temporary.text, *streamable);
-    } catch (const GException&) {
-        static_cast<void>(files.remove(temporary.text));  // what is left of it is of no use
-        return false;
-    }
-    if (files.rename(temporary.text, filename_.text)) {
-        static_cast<void>(files.remove(temporary.text));
-        return false;
-    }
-    return GObjectPlacement::put_object(object, shared);
+    const GObjectFileFormat* const format = format_of_file();
+    const bool written = format == nullptr ? zmr::write_object_file(filename_, *streamable)
+                                           : format->write_object(filename_.text, streamable) != 0;
+    return written && GObjectPlacement::put_object(object, shared);
 }
 
 bool GObjectFilePlacement::copy_object_from_to(const GObjectPlacement& from,
@@ -171,6 +113,10 @@ bool GObjectFilePlacement::copy_object_from_to(const GObjectPlacement& from,
         return false;
     auto& reader = const_cast<GObjectFilePlacement&>(*source);  // reading changes no placement
     auto& writer = const_cast<GObjectFilePlacement&>(*target);
+    if (reader.format_of_file() == nullptr && writer.format_of_file() == nullptr) {
+        ok = zmr::copy_object_file(reader.filename_, writer.filename_);
+        return true;
+    }
     GObject* const object = reader.get_object(false);
     ok = object != nullptr && writer.put_object(object, false);
     GStreamable::Destroy(zmr::class_cast<GStreamable>(object));
@@ -179,7 +125,7 @@ bool GObjectFilePlacement::copy_object_from_to(const GObjectPlacement& from,
 
 bool GObjectFilePlacement::remove_object()
 {
-    return !zmr::FileSystemDevice::Real().remove(filename_.text);
+    return zmr::remove_file(filename_);
 }
 
 bool GObjectFilePlacement::compare_items(const GObjectPlacement& other) const

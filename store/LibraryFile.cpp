@@ -294,6 +294,12 @@ void LibraryFile::end_scope()
         state_->commit_if_due();
 }
 
+bool LibraryFile::in_scope() const
+{
+    const Lock lock(state_->mutex);
+    return state_->scopes > 0;
+}
+
 bool LibraryFile::pack(const LibraryProgress& progress)
 {
     const Lock lock(state_->mutex);

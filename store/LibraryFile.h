@@ -244,6 +244,7 @@ public:
     bool commit_if_due();
     void begin_scope();
     void end_scope();
+    [[nodiscard]] bool in_scope() const;
 
     // Care.
     /// Moves what lies behind free space into it by ordinary commits, then cuts the file's end.

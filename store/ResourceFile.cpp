@@ -3,6 +3,7 @@
 #include "foundation/GException.h"
 #include "foundation/mpstream.h"
 #include "store/ResourceFileServer.h"
+#include "store/StoreFiles.h"
 
 #include <algorithm>
 #include <cstring>
@@ -388,7 +389,7 @@ void ResourceFile::empty()
 
 bool ResourceFile::IsValidToRead(const char* file)
 {
-    return file != nullptr && zmr::LibraryFile::IsLibrary(zmr::FileSystemDevice::Real(), file);
+    return file != nullptr && zmr::LibraryFile::IsLibrary(zmr::store_files(), file);
 }
 
 void ResourceFile::unload(const GResourceFullName& name)
@@ -438,8 +439,28 @@ ResourceFile::CommitScope::CommitScope(const ResourceFile& file) : server_(file.
 
 ResourceFile::CommitScope::~CommitScope()
 {
-    if (server_ != nullptr)
-        server_->library_.end_scope();
+    if (server_ == nullptr)
+        return;
+    server_->library_.end_scope();
+    server_->remove_doomed();
+}
+
+void ResourceFile::remove_after_commit(const GObjectPlace& place)
+{
+    if (!is_writable())
+        return;
+    const GSingleLock locked(server->lock);
+    server->doomed_.push_back(place);
+    server->library_.commit();
+    server->remove_doomed();
+}
+
+void ResourceFile::keep_place(const GObjectPlace& place)
+{
+    if (server == nullptr)
+        return;
+    const GSingleLock locked(server->lock);
+    std::erase(server->doomed_, place);
 }
 
 void ResourceFile::read(ipstream& in)

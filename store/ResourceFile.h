@@ -10,6 +10,7 @@
 #include <functional>
 #include <string>
 
+class GObjectPlace;
 class ResourceFileServer;
 
 /// Where a resource's content lies in the server's stream.
@@ -159,6 +160,14 @@ public:
     private:
         ResourceFileServer* server_;
     };
+
+    /// Removes the object at `place`, which lies outside this file, once the changes made so far
+    /// are durable: so a stop never leaves an entry without the object that it names. That is at
+    /// the end of the outermost CommitScope, which then commits, or at once outside of one. When
+    /// the commit fails the object stays.
+    void remove_after_commit(const GObjectPlace& place);
+    /// Takes `place`, where an object is put again, out of those that wait to be removed.
+    void keep_place(const GObjectPlace& place);
 
     ResourceFileServer* server = nullptr;  ///< Null when not open.
     GResourcePath current_path;            ///< The directory of operations that take a bare name.

@@ -2,10 +2,12 @@
 
 #include "store/ProcessIdentity.h"
 #include "store/ServerStream.h"
+#include "store/StoreFiles.h"
 
 #include <algorithm>
 #include <limits>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -26,9 +28,9 @@ ServerTable& table()
 bool identity_of(const GFile& file, zmr::FileIdentity& identity)
 {
     zmr::FileError error;
-    const auto device = zmr::FileSystemDevice::Real().open(file.text, zmr::FileAccess::Read,
-                                                           zmr::FileCreate::OpenExisting,
-                                                           zmr::FileShare::ReadWrite, error);
+    const auto device =
+        zmr::store_files().open(file.text, zmr::FileAccess::Read, zmr::FileCreate::OpenExisting,
+                                zmr::FileShare::ReadWrite, error);
     return device != nullptr && !device->identity(identity);
 }
 
@@ -57,7 +59,7 @@ ResourceFile::OpenFailure failure_of(const zmr::LibraryOpenResult& result)
 
 }  // namespace
 
-ResourceFileServer::ResourceFileServer() : clients(0, 4)
+ResourceFileServer::ResourceFileServer() : clients(0, 4), library_(zmr::store_files())
 {
     stream_ = std::make_unique<zmr::ServerStream>(library_, [this](std::uint64_t position) {
         const auto block = blocks_.find(position);
@@ -125,10 +127,22 @@ void ResourceFileServer::Detach(ResourceFile& client, ResourceFileServer* server
     if (kept > 0)
         return;
     std::erase(table().servers, server);
-    server->library_.close();
+    const bool closed = server->library_.close();
+    const std::vector<GObjectPlace> doomed = std::move(server->doomed_);
+    for (const GObjectPlace& place : doomed) {
+        if (closed)
+            static_cast<void>(place.remove());  // gone already is as good
+    }
     for (GStreamable* const instance : server->loaded_.take_all())
         GStreamable::destroy(instance);
     delete server;
+}
+
+bool ResourceFileServer::IsOpen(const ResourceFileServer* server)
+{
+    const std::lock_guard guard(table().mutex);
+    const auto& all = table().servers;
+    return std::find(all.begin(), all.end(), server) != all.end();
 }
 
 int ResourceFileServer::error() const
@@ -145,6 +159,24 @@ GString ResourceFileServer::error_text() const
 iopstream& ResourceFileServer::get_stream()
 {
     return *stream_;
+}
+
+bool ResourceFileServer::find_content(const GResourceFullName& name, zmr::LibraryContent& content)
+{
+    zmr::LibraryPath path;
+    return name.to_library(path) && library_.pin(path, name.name.view(), name.type.view(), content);
+}
+
+std::size_t ResourceFileServer::read_content(const zmr::LibraryContent& content,
+                                             std::uint64_t offset, void* data,
+                                             std::size_t size) const
+{
+    return library_.read_at(content, offset, data, size);
+}
+
+void ResourceFileServer::release_content(const zmr::LibraryContent& content)
+{
+    library_.unpin(content);
 }
 
 const zmr::LibraryPath* ResourceFileServer::library_path(const GResourcePath& path) const
@@ -166,6 +198,19 @@ void ResourceFileServer::apply_kind()
         return;
     kind_waits_ = false;
     static_cast<void>(library_.set_file_kind(kind_.view()));  // refused only by a failed file
+}
+
+void ResourceFileServer::remove_doomed()
+{
+    const GSingleLock locked(lock);
+    if (doomed_.empty() || library_.in_scope())
+        return;
+    const std::vector<GObjectPlace> doomed = std::move(doomed_);
+    doomed_.clear();
+    if (!library_.commit())
+        return;
+    for (const GObjectPlace& place : doomed)
+        static_cast<void>(place.remove());  // gone already is as good
 }
 
 void ResourceFileServer::note_unreadable(const GResourceFullName& name, const char* reason) const

@@ -4,12 +4,14 @@
 #include "foundation/GLock.h"
 #include "foundation/TGVector.h"
 #include "foundation/iopstream.h"
+#include "store/GObjectPlace.h"
 #include "store/LibraryFile.h"
 #include "store/LoadedInstances.h"
 #include "store/ResourceFile.h"
 
 #include <map>
 #include <memory>
+#include <vector>
 
 namespace zmr {
 class ServerStream;
@@ -29,6 +31,18 @@ public:
     [[nodiscard]] GString error_text() const;
     /// The stream of the whole file, for reading only and only under `lock`. Writing to it throws.
     [[nodiscard]] iopstream& get_stream();
+
+    /// Finds a resource's content wherever it lies, also behind the reach of get_stream, and holds
+    /// its place until release_content: it is read as it is now whatever is put, removed or packed
+    /// meanwhile. Any thread.
+    [[nodiscard]] bool find_content(const GResourceFullName& name, zmr::LibraryContent& content);
+    /// Reads stored bytes of a found content from `offset`; see LibraryFile::read_at. Any thread.
+    [[nodiscard]] std::size_t read_content(const zmr::LibraryContent& content, std::uint64_t offset,
+                                           void* data, std::size_t size) const;
+    void release_content(const zmr::LibraryContent& content);
+
+    /// True while `server` is one; null and those that ended are not.
+    [[nodiscard]] static bool IsOpen(const ResourceFileServer* server);
 
     mutable GCriticalSection
         lock;  ///< Held while an object is loaded and while the stream is used.
@@ -54,6 +68,8 @@ private:
     /// The library's form of a path, kept for the next call; null for one beyond the limits.
     const zmr::LibraryPath* library_path(const GResourcePath& path) const;
     void apply_kind();
+    /// Removes what waits for a commit, unless one is still held back.
+    void remove_doomed();
     void note_unreadable(const GResourceFullName& name, const char* reason) const;
     void note_damage_of_engine() const;
     void replace_instance(const zmr::LibraryPath& path, const GResourceFullName& name,
@@ -71,4 +87,5 @@ private:
     mutable ResourceFile::Damage damage_;
     std::map<std::uint64_t, zmr::LibraryContent> blocks_;  ///< Handed out, by position; pinned.
     std::unique_ptr<zmr::ServerStream> stream_;
+    std::vector<GObjectPlace> doomed_;  ///< Removed once the changes are durable.
 };
