@@ -7,6 +7,7 @@
 #include "graphics/PixelMapTools.h"
 #include "odb/ODB_AttributesArray.h"
 #include "odb/ODB_ObjectAttribute.h"
+#include "odb/ODB_ReferenceToObject.h"
 #include "odb/ObjectDatabase.h"
 #include "store/GResourceIterators.h"
 
@@ -43,10 +44,7 @@ ODB_Mediator::~ODB_Mediator() = default;
 
 bool ODB_Mediator::IsReference(const ODB_Mediator* mediator)
 {
-    if (mediator == nullptr)
-        return false;
-    const GMetaClass* const reference = GMetaClass::FindByName("ODB_ReferenceToObject");
-    return reference != nullptr && mediator->getMetaClass()->isKindOf(reference) != nullptr;
+    return zmr::class_cast<ODB_ReferenceToObject>(mediator) != nullptr;
 }
 
 bool ODB_Mediator::operator==(const ODB_Mediator& other) const

@@ -67,7 +67,7 @@ public:
     /// Frees the loaded icon.
     virtual void unload_icon();
     /// Whether an icon is stored; reads no picture.
-    [[nodiscard]] bool has_icon() const;
+    [[nodiscard]] virtual bool has_icon() const;
 
     /// The attribute of that class, which the caller owns and may change and write back while the
     /// mediator lives; null when there is none or the class is none of attributes.

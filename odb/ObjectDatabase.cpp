@@ -65,31 +65,6 @@ void ObjectDatabase::write(opstream& out)
     ResourceFile::write(out);
 }
 
-void ObjectDatabase::close()
-{
-    if (server != nullptr) {
-        // Loaded mediators outlive this client, because the server holds them.
-        ODB_MediatorsArray attached;
-        get_cached_mediators(GResourcePath(), attached, true);
-        for (long i = attached.count - 1; i >= 0; --i) {
-            ODB_Mediator& mediator = attached.at(i);
-            if (mediator.get_DB() == this)
-                mediator.set_DB(nullptr);
-            else
-                attached.at_remove(i);
-        }
-        GCollection others(0, 4, 0);
-        get_all_clients(others, false);
-        if (others.count > 0) {
-            auto* heir = static_cast<ObjectDatabase*>(others.at(0));
-            for (long i = attached.count - 1; i >= 0; --i)
-                attached.at(i).set_DB(heir);
-        }
-    }
-    options_ = nullptr;
-    ResourceFile::close();
-}
-
 void ObjectDatabase::set_type(const GString&) {}
 
 void ObjectDatabase::pack()
@@ -164,10 +139,13 @@ void ObjectDatabase::append_object(const GStreamable* object, const GResourceFul
     const CommitScope scope(*this);
     ODB_Mediator* const made = mediator == nullptr ? new ODB_InternalObject : nullptr;
     ODB_Mediator* const storing = made != nullptr ? made : mediator;
+    const bool is_held = get_mediator(place) == storing;
     try {
         attach_object_to_DB(storing, place);
         storing->store_object(object);
     } catch (...) {
+        if (made == nullptr && !is_held)
+            storing->set_DB(nullptr);  // it stays the caller's, who may outlive this database
         GStreamable::Destroy(made);
         throw;
     }
@@ -428,26 +406,6 @@ void ObjectDatabase::notify_about_mediator_modification(ODB_Mediator* mediator)
     info.server = server;
     info.mediator = mediator;
     ResourceFile::EvokeCallback(Reason_MediatorModified, info);
-}
-
-void ObjectDatabase::get_all_clients(GCollection& clients, bool include_self) const
-{
-    get_all_clients(server, clients, include_self);
-}
-
-void ObjectDatabase::get_all_clients(const ResourceFileServer* of_server, GCollection& clients,
-                                     bool include_self) const
-{
-    clients.empty();
-    clients.owns_items = 0;
-    if (of_server == nullptr)
-        return;
-    const TGVector<ResourceFile*>& all = of_server->clients;
-    for (long i = all.count - 1; i >= 0; --i) {
-        auto* const database = zmr::class_cast<ObjectDatabase>(all[i]);
-        if (database != nullptr && (include_self || database != this))
-            clients.v_insert(database);
-    }
 }
 
 void ObjectDatabase::directory_renamed(const GResourcePath& old_path, const GResourcePath& new_path)

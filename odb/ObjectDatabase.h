@@ -6,6 +6,7 @@
 #include "foundation/TGVector.h"
 #include "store/ResourceFile.h"
 
+#include <memory>
 #include <vector>
 
 class ODB_Mediator;
@@ -142,6 +143,7 @@ public:
 
 private:
     friend class ODB_Mediator;
+    friend class ODB_ReferenceToObject;
 
     [[nodiscard]] GResourceFullName mediator_name(const GString& name) const;
     [[nodiscard]] GStreamable* load_through_conversions(ODB_Mediator& mediator,
@@ -156,9 +158,20 @@ private:
                          bool include_self) const;
     void directory_renamed(const GResourcePath& old_path, const GResourcePath& new_path);
     void collect_icon_names(const GResourcePath& path, TGVector<GResourceFullName>& names) const;
+    /// The client of `file` that the references in the library of `holder` share. Null when the
+    /// file can't be read.
+    static std::shared_ptr<ObjectDatabase> OpenForReferences(const GFile& file,
+                                                             const ObjectDatabase& holder);
+    std::vector<ODB_Mediator*> attached_mediators();
+    [[nodiscard]] std::shared_ptr<ObjectDatabase> find_heir() const;
+    void end_circle();
     ODB_Options* get_DB_options() const;
     void update_DB_options();
     static void ResFileCallBackFunc(GCallBackReason reason, void* info, void* user);
 
     mutable TGPointer<ODB_Options> options_;  ///< Owned by the file's server.
+    /// The library whose references share this client; null for a client of the application.
+    const ResourceFileServer* held_for_ = nullptr;
+    bool closing_ = false;  ///< In `close`, which may come back to this client.
+    bool leaving_ = false;  ///< About to be closed: takes no mediators over.
 };
