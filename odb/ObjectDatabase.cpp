@@ -120,6 +120,12 @@ bool ObjectDatabase::object_exists(const GResourceFullName& name) const
     return ResourceFile::exist(name);
 }
 
+bool ObjectDatabase::can_hold(const GResourceFullName& name) const
+{
+    zmr::LibraryPath path;
+    return server != nullptr && name.to_library(path);
+}
+
 void ObjectDatabase::append_object(const GStreamable* object, const GString& name,
                                    ODB_Mediator* mediator)
 {
@@ -136,6 +142,10 @@ void ObjectDatabase::append_object(const GStreamable* object, const GResourceFul
                                    ODB_Mediator* mediator)
 {
     const GResourceFullName place = name;  // `name` may be a mediator's own, which dies on the way
+    if (!can_hold(place)) {
+        GStreamable::Destroy(mediator);
+        return;
+    }
     const CommitScope scope(*this);
     ODB_Mediator* const made = mediator == nullptr ? new ODB_InternalObject : nullptr;
     ODB_Mediator* const storing = made != nullptr ? made : mediator;
@@ -251,7 +261,7 @@ void ObjectDatabase::copy_object_to(const GResourceFullName& from, ObjectDatabas
     if (server == target.server && from == to)
         return;
     ODB_Mediator* const source = get_mediator(from);
-    if (source == nullptr)
+    if (source == nullptr || !target.can_hold(to))
         return;
     GResourceFullName source_name = from;
     GResourceFullName target_name = to;

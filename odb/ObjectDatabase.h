@@ -74,7 +74,7 @@ public:
     /// Stores an object, which stays the caller's, through `mediator`, which the file takes over; a
     /// null one means a new ODB_InternalObject. An unequal mediator of that name is removed with
     /// all its resources but the icon. With a null object the mediator takes the class from what is
-    /// stored.
+    /// stored. An unopened database destroys the mediator.
     void append_object(const GStreamable* object, const GString& name, ODB_Mediator* mediator);
     void append_object(const GStreamable* object, const GResourcePath& path, const GString& name,
                        ODB_Mediator* mediator);
@@ -145,6 +145,8 @@ private:
     friend class ODB_Mediator;
     friend class ODB_ReferenceToObject;
 
+    /// False when no instance of that name can be taken over.
+    [[nodiscard]] bool can_hold(const GResourceFullName& name) const;
     [[nodiscard]] GResourceFullName mediator_name(const GString& name) const;
     [[nodiscard]] GStreamable* load_through_conversions(ODB_Mediator& mediator,
                                                         const GResourceFullName& name);

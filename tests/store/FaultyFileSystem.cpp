@@ -174,8 +174,15 @@ FileError FaultyFileSystem::rename(const std::string& from, const std::string& t
         return error;
     if (!files_.contains(from))
         return {FileErrorKind::NotFound, 2};
-    files_[to] = files_[from];
+    const std::shared_ptr<File> moved = files_.at(from);
     files_.erase(from);
+    const auto place = files_.find(to);
+    if (place != files_.end())
+        moved->replaced = place->second->entry_synced ? place->second : place->second->replaced;
+    else
+        moved->replaced = nullptr;
+    moved->entry_synced = false;
+    files_[to] = moved;
     return {};
 }
 
@@ -190,8 +197,10 @@ FileError FaultyFileSystem::sync_directory_of(const std::string&)
 {
     if (const FileError error = next_operation())
         return error;
-    for (auto& [name, file] : files_)
+    for (auto& [name, file] : files_) {
         file->entry_synced = true;
+        file->replaced = nullptr;
+    }
     return {};
 }
 
@@ -243,11 +252,14 @@ void FaultyFileSystem::lose_power(std::uint32_t seed)
     heal();
     Random random(seed);
     for (auto place = files_.begin(); place != files_.end();) {
-        File& file = *place->second;
-        if (!file.entry_synced && random() % 2 == 0) {
-            place = files_.erase(place);
-            continue;
+        if (!place->second->entry_synced && random() % 2 == 0) {
+            if (place->second->replaced == nullptr) {
+                place = files_.erase(place);
+                continue;
+            }
+            place->second = place->second->replaced;
         }
+        File& file = *place->second;
         // How likely a sector survives differs from loss to loss: all, none and between.
         const unsigned odds = random() % 5;
         const auto survives = [&] { return random() % 4 < odds; };
@@ -279,6 +291,7 @@ void FaultyFileSystem::lose_power(std::uint32_t seed)
         file.unsynced.clear();
         file.locks.clear();
         file.entry_synced = true;
+        file.replaced = nullptr;
         ++place;
     }
 }

@@ -43,8 +43,8 @@ public:
     /// Ends all faults and forgets what was to be called.
     void heal();
     /// Ends all faults. Of what was not synced, each 512-byte sector of each write, each cut and
-    /// each new file's entry may survive or not, in any order, as the seed says. All locks are
-    /// gone; devices still open must not be used any more.
+    /// each new or renamed file's entry may survive or not, in any order, as the seed says. All
+    /// locks are gone; devices still open must not be used any more.
     void lose_power(std::uint32_t seed);
 
     /// Ends all faults and locks, as when the process was killed: what was written stays.
@@ -77,6 +77,7 @@ private:
         std::vector<Lock> locks;
         std::uint64_t number = 0;
         bool entry_synced = false;
+        std::shared_ptr<File> replaced;  // what had the name when the entry was last synced
     };
     /// Counts an operation; the error that it meets.
     [[nodiscard]] FileError next_operation();
