@@ -423,9 +423,11 @@ private:
     void own_palette();
 
     [[nodiscard]] bool is_above(const GResponder* other) const;
-    [[nodiscard]] int index_for(GResponder* child, GResponder* target) const;
-    [[nodiscard]] int behind_higher(const GResponder* child, int index) const;
-    [[nodiscard]] GResponder* root();
+    [[nodiscard]] bool takes_in(const GResponder* child) const;
+    [[nodiscard]] int index_for(const GResponder* child, const GResponder* target) const;
+    [[nodiscard]] bool stands_below(const GResponder* ancestor) const;
+    [[nodiscard]] const GResponder* above() const;
+    [[nodiscard]] const GResponder* root() const;
     void drop_currents(GResponder* child);
     void drop_circular_current(const GResponder* child);
     void place(int index, GResponder* child);

@@ -6,6 +6,7 @@
 #include "graphics/PaletteCollection.h"
 #include "responder/GBehaviour.h"
 #include "responder/GResponder.h"
+#include "responder/HiddenOwner.h"
 #include "responder/NotificationLink.h"
 #include "responder/ReadingFrame.h"
 #include "responder/StreamOwnership.h"
@@ -14,7 +15,6 @@
 #include <limits>
 #include <set>
 #include <tuple>
-#include <utility>
 
 // Building blocks for the streams of derived classes; docs/responder-stream.md tells the bytes.
 
@@ -47,21 +47,6 @@ int read_count(ipstream& in)
 {
     return static_cast<std::int16_t>(in.readWord());
 }
-
-/// Puts another owner in the place of a responder's for a scope.
-class OwnerHidden {
-public:
-    explicit OwnerHidden(GResponder*& owner) : owner_(owner), hidden_(std::exchange(owner, nullptr))
-    {
-    }
-    ~OwnerHidden() { owner_ = hidden_; }
-    OwnerHidden(const OwnerHidden&) = delete;
-    OwnerHidden& operator=(const OwnerHidden&) = delete;
-
-private:
-    GResponder*& owner_;
-    GResponder* hidden_;
-};
 
 }  // namespace
 
@@ -197,7 +182,7 @@ void GResponder::read_subobjects(ipstream& in)
 {
     const zmr::ReadingFrame frame(this);
     // No change of state goes up the tree meanwhile.
-    const OwnerHidden hidden(owner_);
+    const zmr::HiddenOwner hidden(this, owner_);
     hold_current(nullptr);
     destroy_all();
     const int count = read_count(in);

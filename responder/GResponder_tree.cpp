@@ -1,5 +1,6 @@
 #include "foundation/MSort.h"
 #include "responder/GResponder.h"
+#include "responder/HiddenOwner.h"
 
 #include <algorithm>
 #include <cstring>
@@ -128,33 +129,47 @@ bool GResponder::silent_insert(GResponder* child)
 
 int GResponder::valid_inserted_pointer(GResponder* child, GResponder* target)
 {
-    return index_for(child, target) >= 0 ? 1 : 0;
+    return takes_in(child) && (target == nullptr || contains(target) != 0) ? 1 : 0;
 }
 
-/// The index of `target`, the end for null; -1 when `child` can't be inserted there.
-int GResponder::index_for(GResponder* child, GResponder* target) const
+/// Whether `child` can be inserted somewhere here.
+bool GResponder::takes_in(const GResponder* child) const
 {
-    const int count = children_.count();
-    if (child == nullptr || child->owner_ != nullptr || count >= zmr::ChildList::kMaxCount ||
-        child->is_above(this))
-        return -1;
-    if (target == nullptr)
-        return count;
-    const int index = children_.index_of(target);
-    return index < count ? index : -1;
+    return child != nullptr && child->owner_ == nullptr &&
+           children_.count() < zmr::ChildList::kMaxCount && !child->is_above(this);
+}
+
+/// The owner, also one that is hidden for a while: no responder may come to stand above itself.
+const GResponder* GResponder::above() const
+{
+    return owner_ != nullptr ? owner_ : zmr::HiddenOwner::Of(this);
 }
 
 /// Whether this responder, which has no owner, is `other` or stands above it.
 bool GResponder::is_above(const GResponder* other) const
 {
-    return this == other || (children_.count() > 0 && other->isSubobject(this) != 0);
+    return this == other || (children_.count() > 0 && other->stands_below(this));
+}
+
+bool GResponder::stands_below(const GResponder* ancestor) const
+{
+    const GResponder* top = above();
+    while (top != nullptr && top != ancestor)
+        top = top->above();
+    return top != nullptr;
 }
 
 // What few insertions and removals need stands apart, so that most save few registers.
 
-/// The index behind the children from `index` on whose priority is above that of `child`.
-[[gnu::noinline]] int GResponder::behind_higher(const GResponder* child, int index) const
+/// Where `child` goes in front of `target`: behind the children of higher priority from there on.
+/// -1 when `target` is no child.
+[[gnu::noinline]] int GResponder::index_for(const GResponder* child, const GResponder* target) const
 {
+    int index = children_.index_of(target);
+    if (index == children_.count())
+        return -1;
+    if ((child->state_ & state_keep_order) != 0)
+        return index;
     const unsigned short priority = child->Priority();
     while (index < children_.count() && children_[index]->Priority() > priority)
         ++index;
@@ -174,11 +189,11 @@ inline void GResponder::place(int index, GResponder* child)
 
 int GResponder::insert_to_list(GResponder* child, GResponder* target, unsigned char announce)
 {
-    int index = index_for(child, target);
+    if (!takes_in(child))
+        return 0;
+    const int index = target == nullptr ? children_.count() : index_for(child, target);
     if (index < 0)
         return 0;
-    if (index < children_.count() && (child->state_ & state_keep_order) == 0)
-        index = behind_higher(child, index);
     place(index, child);
     if (announce != 0) {
         child->set_state(state_inserted, 1);
@@ -198,11 +213,11 @@ int GResponder::insert_to_list(GResponder* child, GResponder* target, unsigned c
 }
 
 /// The top of the tree that this responder stands in.
-GResponder* GResponder::root()
+const GResponder* GResponder::root() const
 {
-    GResponder* top = this;
-    while (top->owner_ != nullptr)
-        top = top->owner_;
+    const GResponder* top = this;
+    while (const GResponder* owner = top->above())
+        top = owner;
     return top;
 }
 
@@ -211,7 +226,7 @@ GResponder* GResponder::root()
 /// tree to the one where its root is current, none of these may be that of `child`.
 void GResponder::drop_circular_current(const GResponder* child)
 {
-    GResponder* top = root();
+    const GResponder* top = root();
     while (GResponder* const holder = top->current_of()) {
         top = holder->root();
         if (top == child) {

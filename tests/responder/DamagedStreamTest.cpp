@@ -228,6 +228,52 @@ TEST(DamagedResponderStream, ChildThatIsItsOwnAncestor_IsLeftOut)
     expect_nothing_left();
 }
 
+TEST(DamagedResponderStream, OwnerAmongItsChildsChildren_IsLeftOut)
+{
+    ompstream out;
+    out.writeByte(2);
+    out.writeString("StreamedResponder");  // object number 0, the child
+    out.writeByte(0);
+    out.writeByte(3);
+    out.writeWord(0);
+    out.writeWord(0);
+    out.writeDWord(0);
+    out.writePointer(nullptr);
+    out.writeString(nullptr);
+    out.writeWord(1);  // a link
+    out.writeByte(0);
+    out.writeByte(3);  // to object number 1, the owner, which is read here
+    out.writeByte(0);
+    out.writeByte(0);
+    for (int word = 0; word < 3; ++word)
+        out.writeWord(0);
+    out.writePointer(nullptr);
+    out.writeWord(1);
+    out.writeByte(1);  // it has the child
+    out.writeDWord(0);
+    out.writeByte(1);
+    out.writePointer(nullptr);
+    out.writeWord(0x4000);
+    out.writeDWord(1);
+    out.writeWord(1);
+    out.writeByte(1);  // and the child has it
+    out.writeDWord(1);
+    out.writeByte(1);
+    out.writePointer(nullptr);
+    const Bytes bytes(out.bytes().begin(), out.bytes().end());
+
+    impstream in(bytes);
+    const auto* child = in.read_pointer<GResponder>();
+    ASSERT_NE(child, nullptr);
+    ASSERT_NE(child->get_owner(), nullptr);
+    EXPECT_EQ(child->get_owner()->get_owner(), nullptr);
+    EXPECT_EQ(child->get_owner()->getCount(), 1);
+    EXPECT_EQ(child->getCount(), 0);
+
+    end_living();
+    expect_nothing_left();
+}
+
 TEST(DamagedResponderStream, OtherObjectsInTheListOfChildren_AreLeftOutAndFreed)
 {
     const int alive = TestBehaviour::alive;
