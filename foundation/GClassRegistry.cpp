@@ -166,6 +166,8 @@ void GClassRegistry::leave(const GMetaClass& metaclass)
     slots_[at].metaclass = metaclass.shadowed_;
     if (metaclass.shadowed_ == nullptr)
         remove(at);
+    if (used_ == 0)  // the library itself is leaving
+        *this = GClassRegistry();
 }
 
 void GClassRegistry::insert(const GMetaClass& metaclass)

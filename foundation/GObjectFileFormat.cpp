@@ -25,6 +25,8 @@ void GObjectFileFormat::Register(GObjectFileFormat& format)
 void GObjectFileFormat::Unregister(GObjectFileFormat& format)
 {
     std::erase(*g_formats, &format);
+    if (g_formats->empty())
+        g_formats->shrink_to_fit();  // nothing stays behind when the library itself leaves
 }
 
 GObjectFileFormat* GObjectFileFormat::Find(const char* file)

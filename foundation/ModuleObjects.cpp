@@ -32,6 +32,8 @@ void ModuleObjects::Enroll(ModuleObjects& objects)
 void ModuleObjects::Leave(ModuleObjects& objects)
 {
     std::erase(*g_modules, &objects);
+    if (g_modules->empty())
+        g_modules->shrink_to_fit();  // nothing stays behind when the library itself leaves
 }
 
 }  // namespace zmr

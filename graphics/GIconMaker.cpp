@@ -48,6 +48,8 @@ void GIconMaker::Register(GIconMaker& maker)
 void GIconMaker::Unregister(GIconMaker& maker)
 {
     std::erase(*g_makers, &maker);
+    if (g_makers->empty())
+        g_makers->shrink_to_fit();  // nothing stays behind when the library itself leaves
 }
 
 PixelMap* GIconMaker::Make(const GStreamable& object, int size_px)
