@@ -4,6 +4,7 @@
 #include "app/IdleTurn.h"
 #include "platform/AfxOle.h"
 #include "platform/AfxResources.h"
+#include "platform/AfxState.h"
 #include "platform/FaultGuard.h"
 #include "platform/FaultTranslation.h"
 
@@ -16,6 +17,7 @@
 #include "settings/MsgBox.h"
 
 #include <clocale>
+#include <utility>
 
 IMPLEMENT_DYNAMIC(GWinApp, CWinApp)
 
@@ -34,6 +36,12 @@ constexpr unsigned long kFailureFlags = 0x405;  ///< An error, with an OK button
 unsigned load_text(unsigned id, char* buffer, unsigned size, void*)
 {
     return static_cast<unsigned>(AfxLoadString(id, buffer, size));
+}
+
+void sleep_until_input()
+{
+    // Input that was seen already, but not taken, is input too.
+    ::MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
 }
 
 /// Once for the process: what GString is told, it keeps.
@@ -83,6 +91,7 @@ BOOL GWinApp::InitInstance()
 int GWinApp::Run()
 {
     AfxSetFaultTranslator(&GWinApp::SeTranslatorFunc);
+    m_msgCur = MSG{};
     for (;;) {
         try {
             return zmr::guarded([this] { return CWinApp::Run(); });
@@ -91,6 +100,8 @@ int GWinApp::Run()
         }
         if (m_msgCur.message == WM_QUIT)  // it came from the very end, which is not begun anew
             return static_cast<int>(m_msgCur.wParam);
+        if (std::exchange(idle_work_failed_, false))
+            sleep_until_input();
     }
 }
 
@@ -103,14 +114,19 @@ BOOL GWinApp::OnIdle(LONG count)
 {
     SuspendedDestruction::DestroyAll();
     if (zmr::idle_turn(count) == zmr::IdleTurn::wait) {
-        CWinApp::OnIdle(count);  // temporary objects
-        // Input that was seen already, but not taken, is input too.
-        ::MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+        CWinApp::OnIdle(1);      // temporary objects
+        zmr::rethrow_pending();  // of what others sent during the last sleep
+        sleep_until_input();
         return TRUE;
     }
     watch_main_window();
-    GIdler::CallAllIdleFunctions();
-    CWinApp::OnIdle(count);
+    try {
+        GIdler::CallAllIdleFunctions();
+        CWinApp::OnIdle(count);
+    } catch (...) {
+        idle_work_failed_ = true;
+        throw;
+    }
     return TRUE;
 }
 

@@ -30,7 +30,8 @@ public:
     BOOL InitInstance() override;
     /// The message loop, until the main window is gone. A processor fault of this thread becomes a
     /// GLibraryException; one that a handler lets out is shown, and the loop goes on with the next
-    /// message. Any other exception goes to the caller.
+    /// message; behind one of an idle turn it waits for input first, so that an idler that always
+    /// fails does not shut the user out. Any other exception goes to the caller.
     int Run() override;
     BOOL PreTranslateMessage(MSG* message) override;
     /// Frees what was destroyed. With `count` 0 it then runs the idlers and brings commands up to
@@ -72,8 +73,7 @@ public:
     /// ignored.
     void AddToRecentFileList(const char* path) override;
 
-    /// The translator of processor faults:
- throws a GLibraryException with text 10000, whatever the
+    /// The translator of processor faults: throws a GLibraryException with text 10000, whatever the
     /// fault.
     static void SeTranslatorFunc(unsigned int code, EXCEPTION_POINTERS* pointers);
 
@@ -99,6 +99,7 @@ private:
     WNDPROC main_window_procedure_ = nullptr;     ///< The main window's own, behind MsgBoxProc.
     std::atomic<HWND> watched_window_ = nullptr;  ///< Has MsgBoxProc. Read by any thread.
     void (*former_new_handler_)() = nullptr;
+    bool idle_work_failed_ = false;  ///< What Run caught came from an idle turn.
     TGCollection<GDynamicLinkLibrary> modules_{0, 4, 1};
     RegistryManager registry_;
 };

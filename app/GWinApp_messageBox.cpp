@@ -14,19 +14,25 @@
 namespace {
 
 /// While a box shows, its loop is the system's, which tells nobody when it has nothing to do, as
-/// that of a dialog or a menu does. So behind each message that it gets, a mark goes into the
-/// queue, and when it comes out with nothing behind it, the application has its idle turn.
+/// that of a dialog or a menu does. So a mark goes into the queue, at its begin and behind each
+/// message that it gets, and when it comes out with nothing behind it, the application has its idle
+/// turn.
 class IdleTurnsOfABox {
 public:
     IdleTurnsOfABox()
-        : hook_(::SetWindowsHookExA(WH_MSGFILTER, &filter, nullptr, ::GetCurrentThreadId()))
     {
+        if (AfxGetApp() == nullptr || AfxGetThread() != AfxGetApp())
+            return;  // a worker's box
+        hook_.reset(::SetWindowsHookExA(WH_MSGFILTER, &filter, nullptr, ::GetCurrentThreadId()));
+        post_mark();
     }
     IdleTurnsOfABox(const IdleTurnsOfABox&) = delete;
     IdleTurnsOfABox& operator=(const IdleTurnsOfABox&) = delete;
 
 private:
     static constexpr WPARAM kMark = 1002;  ///< Of a WM_NULL for no window.
+
+    static void post_mark() { ::PostThreadMessageA(::GetCurrentThreadId(), WM_NULL, kMark, 0); }
 
     static LRESULT CALLBACK filter(int code, WPARAM wparam, LPARAM lparam)
     {
@@ -40,18 +46,18 @@ private:
     /// Whether the message was the mark.
     static bool take_mark(MSG& message)
     {
-        CWinApp* const application = AfxGetApp();
-        if (application == nullptr || AfxGetThread() != application)
-            return false;  // a worker's box
-        const bool mark =
-            message.hwnd == nullptr && message.message == WM_NULL && message.wParam == kMark;
-        if (!mark) {
-            if (application->IsIdleMessage(&message))
-                ::PostThreadMessageA(::GetCurrentThreadId(), WM_NULL, kMark, 0);
+        static bool owed = false;  // an idle turn, since a mark had messages behind it
+        CWinApp& application = *AfxGetApp();
+        if (message.hwnd != nullptr || message.message != WM_NULL || message.wParam != kMark) {
+            if (application.IsIdleMessage(&message) || owed)
+                post_mark();
+            owed = false;
             return false;
         }
-        if (HIWORD(::GetQueueStatus(QS_ALLINPUT)) == 0)
-            application->OnIdle(0);
+        // Paint requests and timers come out behind all marks and are not waited for.
+        owed = HIWORD(::GetQueueStatus(QS_INPUT | QS_POSTMESSAGE)) != 0;
+        if (!owed)
+            application.OnIdle(0);
         return true;
     }
 
