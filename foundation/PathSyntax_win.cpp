@@ -4,6 +4,7 @@
 #include "platform/Windows.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace zmr {
 
@@ -47,9 +48,26 @@ std::string current_directory(const wchar_t* of)
     }
 }
 
+/// True for the names that the system takes for devices, whatever follows behind a dot.
+bool is_device_name(std::wstring_view name)
+{
+    std::string base;
+    for (const wchar_t unit : name.substr(0, name.find_first_of(L". ")))
+        base += unit < 0x80 ? fold_ascii(static_cast<char>(unit)) : '?';
+    constexpr std::string_view kDevices[] = {"con", "prn", "aux", "nul", "conin$", "conout$"};
+    if (std::find(std::begin(kDevices), std::end(kDevices), base) != std::end(kDevices))
+        return true;
+    return base.size() == 4 && (base.starts_with("com") || base.starts_with("lpt")) &&
+           base[3] >= '1' && base[3] <= '9';
+}
+
 bool is_valid_name(std::wstring_view name)
 {
     if (name.size() > kLongestName)
+        return false;
+    // The system drops a dot or a space at the end: another name would be meant.
+    const bool is_dots = name.find_first_not_of(L'.') == std::wstring_view::npos && name.size() < 3;
+    if (!is_dots && (name.back() == L'.' || name.back() == L' ' || is_device_name(name)))
         return false;
     return std::all_of(name.begin(), name.end(), [](wchar_t unit) {
         return unit >= L' ' && unit != L'<' && unit != L'>' && unit != L':' && unit != L'"' &&

@@ -45,6 +45,16 @@ TEST(PathSyntaxWin, Valid_RefusesForbiddenCharacters)
         EXPECT_TRUE(GFile(path).valid()) << path;
 }
 
+TEST(PathSyntaxWin, Valid_DeviceNamesAndDroppedEnds_AreNoFiles)
+{
+    for (const char* path : {"CON", "nul", "Aux.lob", "dir\\com1", "LPT9.txt", "PRN .x", "CONIN$",
+                             "name.", "name ", "dir.\\name", "dir \\name", "..."})
+        EXPECT_FALSE(GFile(path).valid()) << path;
+    for (const char* path : {"CONSOLE", "nul1", "com", "com0", "com10", "lpt", "x.con", ".", "..",
+                             "..\\name", ".\\name", ".hidden", " name", "dir\\"})
+        EXPECT_TRUE(GFile(path).valid()) << path;
+}
+
 TEST(PathSyntaxWin, Expand_TakesDrivesAndServers)
 {
     GFile file("C:/a/../b/./c/");

@@ -45,6 +45,18 @@ void add_external(ObjectDatabase& database, const char* name, const char* note, 
     database.append_object(&object, GString(name), new ODB_ExternalObject(file));
 }
 
+/// Copies the files and folders of one folder into another, which may hold such already.
+void copy_folder(const fs::path& from, const fs::path& to)
+{
+    for (const auto& entry : fs::recursive_directory_iterator(from)) {
+        const fs::path target = to / entry.path().lexically_relative(from);
+        if (entry.is_directory())
+            fs::create_directories(target);
+        else
+            fs::copy_file(entry.path(), target, fs::copy_options::overwrite_existing);
+    }
+}
+
 int files_in(const fs::path& directory)
 {
     return fs::exists(directory) ? static_cast<int>(std::distance(fs::directory_iterator(directory),
@@ -145,9 +157,7 @@ TEST(ODB_ExternalObject, MovedTogether_DatabaseAndFilesFindEachOther)
     add_external(test.database, "vase", "a vase", nullptr);
     test.database.close();
     const TemporaryFolder target;
-    for (const auto& entry : fs::directory_iterator(test.folder.path()))
-        fs::copy(entry.path(), target.path() / entry.path().filename(),
-                 fs::copy_options::recursive);
+    copy_folder(test.folder.path(), target.path());
     for (const auto& entry : fs::directory_iterator(test.folder.path()))
         fs::remove_all(entry.path());
 
@@ -311,7 +321,7 @@ TEST(ODB_ExternalObject, CopiedAgain_NoFileIsLeftBehindAndTheSourceKeepsIts)
     for (const auto& entry : fs::directory_iterator(elsewhere.path()))
         fs::remove_all(entry.path());
     test.database.flush();
-    fs::copy(test.folder.path(), elsewhere.path(), fs::copy_options::recursive);
+    copy_folder(test.folder.path(), elsewhere.path());
     target.open(elsewhere.file("library.odb").c_str(), GIO::OpenReadWrite);
     ASSERT_EQ(OdbTest::note_of(target, "lamp"), "first");
 
