@@ -18,15 +18,19 @@ struct AddArguments {
     std::vector<std::string> sources;
     std::string into;
     bool recursive = false;
+    bool external = false;
+};
+struct ListFilter {
+    enum class Kind { Class, Related, Name };
+    Kind kind;
+    std::string value;  ///< The class, or the regular expression.
 };
 struct ListArguments {
     std::string file;
     std::string directory;
     bool recursive = false;
-    bool by_class = false;
-    std::string class_name;
-    bool by_pattern = false;
-    std::string pattern;
+    std::vector<ListFilter> filters;
+    std::vector<std::string> filter_texts;  ///< More filters, as "related:NAME".
 };
 struct ShowArguments {
     std::string file;
@@ -53,8 +57,44 @@ struct CopyArguments {
     std::string to;
     std::string into;
 };
+struct LinkArguments {
+    std::string file;
+    std::string name;
+    std::string target;  ///< With "#" and a library behind it when that is another one.
+};
 struct FileArguments {
     std::string file;
+};
+struct AttributeArguments {
+    std::string file;
+    std::string name;
+    std::string action;  ///< Empty to list.
+    std::string class_name;
+    std::string value;
+};
+struct DescribeArguments {
+    std::string file;
+    std::string name;
+    bool sets = false;
+    std::string text;
+    bool removes = false;
+};
+struct PictureArguments {
+    std::string file;
+    std::string name;
+    std::string picture;
+    std::string other_file;
+    bool overwrite = false;
+};
+struct MovieArguments {
+    std::string file;
+    std::string name;
+    std::string other_file;
+    bool overwrite = false;
+};
+struct CheckArguments {
+    std::string file;
+    bool fix = false;
 };
 
 [[nodiscard]] ExitCode create(const CreateArguments& arguments, Style style);
@@ -66,7 +106,18 @@ struct FileArguments {
 [[nodiscard]] ExitCode rename(const RenameArguments& arguments, Style style);
 [[nodiscard]] ExitCode remove(const RemoveArguments& arguments, Style style);
 [[nodiscard]] ExitCode copy(const CopyArguments& arguments, Style style);
+[[nodiscard]] ExitCode link(const LinkArguments& arguments, Style style);
+[[nodiscard]] ExitCode attribute(const AttributeArguments& arguments, Style style);
+[[nodiscard]] ExitCode describe(const DescribeArguments& arguments, Style style);
+[[nodiscard]] ExitCode picture_list(const PictureArguments& arguments, Style style);
+[[nodiscard]] ExitCode picture_add(const PictureArguments& arguments, Style style);
+[[nodiscard]] ExitCode picture_extract(const PictureArguments& arguments, Style style);
+[[nodiscard]] ExitCode picture_remove(const PictureArguments& arguments, Style style);
+[[nodiscard]] ExitCode movie_set(const MovieArguments& arguments, Style style);
+[[nodiscard]] ExitCode movie_extract(const MovieArguments& arguments, Style style);
+[[nodiscard]] ExitCode movie_remove(const MovieArguments& arguments, Style style);
 [[nodiscard]] ExitCode pack(const FileArguments& arguments, Style style);
 [[nodiscard]] ExitCode verify(const FileArguments& arguments, Style style);
+[[nodiscard]] ExitCode check(const CheckArguments& arguments, Style style);
 
 }  // namespace odb

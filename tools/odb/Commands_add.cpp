@@ -3,6 +3,7 @@
 #include "foundation/GObjectFileFormat.h"
 #include "graphics/GIconMaker.h"
 #include "graphics/PixelMap.h"
+#include "odb/ODB_ExternalObject.h"
 #include "odb/ODB_Mediator.h"
 #include "odb/ObjectDatabase.h"
 #include "platform/FileDevice.h"
@@ -69,8 +70,9 @@ std::unique_ptr<PixelMap> make_icon(const GStreamable& object)
 
 class Adding {
 public:
-    Adding(ObjectDatabase& database, Style style)
-        : database_(database), style_(style), progress_("adding")
+    /// `external`: each object gets a file of its own beside the library.
+    Adding(ObjectDatabase& database, bool external, Style style)
+        : database_(database), external_(external), style_(style), progress_("adding")
     {
     }
 
@@ -134,7 +136,9 @@ private:
     {
         std::unique_ptr<PixelMap> icon = make_icon(object);
         const ResourceFile::CommitScope scope(database_);
-        database_.append_object(&object, entry.path, entry.name, nullptr);
+        constexpr const char* kMadeUpName = nullptr;
+        database_.append_object(&object, entry.path, entry.name,
+                                external_ ? new ODB_ExternalObject(kMadeUpName) : nullptr);
         ODB_Mediator* const mediator = database_.get_mediator(entry.path, entry.name);
         if (mediator == nullptr ||
             !database_.exist(entry.of_type(ObjectDatabase::MediatorResourceType)))
@@ -148,6 +152,7 @@ private:
     }
 
     ObjectDatabase& database_;
+    bool external_;
     Style style_;
     Progress progress_;
     JsonArrayPrinter list_;
@@ -165,7 +170,7 @@ ExitCode add(const AddArguments& arguments, Style style)
 
     ExitCode code = ExitCode::Done;
     {
-        Adding adding(*library.database, style);
+        Adding adding(*library.database, arguments.external, style);
         SourceVisitor visitor;
         visitor.file = [&adding](const SourceFile& source) { return adding.add(source); };
         visitor.skipped = [&adding](const std::string& source, const std::string& reason) {

@@ -1,9 +1,11 @@
 // odb list, show and info: what is in a library.
 #include "graphics/PixelMap.h"
+#include "odb/ODB_ClassFilter.h"
+#include "odb/ODB_FiltersContainer.h"
 #include "odb/ODB_InternalObject.h"
 #include "odb/ODB_MediatorsArray.h"
+#include "odb/ODB_RegularExpressionFilter.h"
 #include "odb/ObjectDatabase.h"
-#include "store/RegularExpression.h"
 #include "tools/odb/Browse.h"
 #include "tools/odb/Commands.h"
 #include "tools/odb/OpenLibrary.h"
@@ -11,8 +13,10 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <map>
-#include <optional>
+#include <memory>
+#include <utility>
 
 namespace odb {
 
@@ -37,29 +41,22 @@ nlohmann::json to_json(const ODB_Mediator& mediator)
 
 class Listing {
 public:
-    Listing(const ListArguments& arguments, Style style) : style_(style)
-    {
-        if (arguments.by_class)
-            class_name_ = arguments.class_name;
-        if (arguments.by_pattern)
-            pattern_.emplace(arguments.pattern.c_str());
-    }
-    [[nodiscard]] bool pattern_refused() const { return pattern_ && !pattern_->valid(); }
+    /// Lists what `filter` wants; it must outlive this.
+    Listing(const ODB_FiltersContainer& filter, Style style) : style_(style), filter_(filter) {}
 
     // The objects of one directory, each behind the other.
     void add_directory(ObjectDatabase& database, const GResourcePath& path)
     {
         ODB_MediatorsArray mediators;
         database.get_contents(path, mediators, false);
-        for (long i = 0; i < mediators.count; ++i) {
-            if (accepts(mediators.at(i)))
-                add(mediators.at(i));
-        }
+        mediators.apply_filter(filter_);
+        for (long i = 0; i < mediators.count; ++i)
+            add(mediators.at(i));
     }
     // The directories that a listing of one directory shows in front of its objects.
     void add_names_of_directories(const ObjectDatabase& database, const GResourcePath& path)
     {
-        if (style_ == Style::Json || class_name_ || pattern_)
+        if (style_ == Style::Json || filter_.count > 0)
             return;
         for (const GString& name : subdirectories(database, path))
             add_row("directory", "", EntryName{path, name}.text() + "/");
@@ -71,12 +68,6 @@ public:
     }
 
 private:
-    [[nodiscard]] bool accepts(const ODB_Mediator& mediator) const
-    {
-        if (class_name_ && mediator.get_object_class_name().view() != *class_name_)
-            return false;
-        return !pattern_ || *pattern_ == mediator.get_DB_key().text;
-    }
     void add(const ODB_Mediator& mediator)
     {
         if (style_ == Style::Json)
@@ -94,11 +85,62 @@ private:
     }
 
     Style style_;
-    std::optional<std::string> class_name_;
-    std::optional<RegularExpression> pattern_;
+    const ODB_FiltersContainer& filter_;
     JsonArrayPrinter list_;
     bool header_done_ = false;
 };
+
+/// Reads "class:NAME", "related:NAME" or "name:REGEX"; false for anything else.
+bool parse_filter(const std::string& text, ListFilter& filter)
+{
+    static const std::pair<std::string_view, ListFilter::Kind> kinds[] = {
+        {"class:", ListFilter::Kind::Class},
+        {"related:", ListFilter::Kind::Related},
+        {"name:", ListFilter::Kind::Name}};
+    for (const auto& [prefix, kind] : kinds) {
+        if (!text.starts_with(prefix))
+            continue;
+        filter = {kind, text.substr(prefix.size())};
+        return true;
+    }
+    return false;
+}
+
+/// Adds the filter; false, with the user told, when it can't be used.
+bool add_filter(const ListFilter& wanted, ODB_FiltersContainer& filters)
+{
+    if (wanted.kind != ListFilter::Kind::Name) {
+        const bool related = wanted.kind == ListFilter::Kind::Related;
+        filters.insert(new ODB_ClassFilter(wanted.value.c_str(), related ? 1 : 0));
+        return true;
+    }
+    auto filter = std::make_unique<ODB_RegularExpressionFilter>(wanted.value.c_str());
+    if (!filter->get_expression().valid()) {
+        complain(fmt::format(
+            "--match and --filter name: \"{}\" is no regular expression that can be used",
+            wanted.value));
+        return false;
+    }
+    filters.insert(filter.release());
+    return true;
+}
+
+/// All filters that were asked for; false, with the user told, when one can't be used.
+bool make_filters(const ListArguments& arguments, ODB_FiltersContainer& filters)
+{
+    std::vector<ListFilter> wanted = arguments.filters;
+    for (const std::string& text : arguments.filter_texts) {
+        ListFilter filter{};
+        if (!parse_filter(text, filter)) {
+            complain(fmt::format(
+                "--filter: \"{}\" is none of class:NAME, related:NAME and name:REGEX", text));
+            return false;
+        }
+        wanted.push_back(filter);
+    }
+    return std::ranges::all_of(
+        wanted, [&filters](const ListFilter& filter) { return add_filter(filter, filters); });
+}
 
 // Why an object that has a mediator can't be had.
 std::string reason_of_missing(ObjectDatabase& database, const ODB_Mediator& mediator,
@@ -119,12 +161,10 @@ std::string reason_of_missing(ObjectDatabase& database, const ODB_Mediator& medi
 
 ExitCode list(const ListArguments& arguments, Style style)
 {
-    Listing listing(arguments, style);
-    if (listing.pattern_refused()) {
-        complain(fmt::format("--match: \"{}\" is no regular expression that can be used",
-                             arguments.pattern));
+    ODB_FiltersContainer filters;
+    if (!make_filters(arguments, filters))
         return ExitCode::WrongUsage;
-    }
+    Listing listing(filters, style);
     const OpenedLibrary library = open_to_read_or_complain(arguments.file);
     if (!library)
         return library.code;
