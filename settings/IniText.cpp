@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <bit>
 #include <chrono>
+#include <cstring>
 
 namespace zmr {
 namespace {
@@ -20,21 +21,53 @@ std::uint64_t hash_seed()
     return seed;
 }
 
+/// The ASCII letters among eight bytes to lower case. The sums reach the highest bit of a byte
+/// exactly for what is at least "A" and above "Z".
+std::uint64_t lower_eight(std::uint64_t letters)
+{
+    constexpr std::uint64_t kEach = 0x0101010101010101;
+    const std::uint64_t low = letters & kEach * 0x7F;
+    const std::uint64_t from_a = low + kEach * (0x80 - 'A');
+    const std::uint64_t above_z = low + kEach * (0x7F - 'Z');
+    const std::uint64_t capitals = (from_a ^ above_z) & ~letters & kEach * 0x80;
+    return letters | capitals >> 2;
+}
+
+/// The first `size` bytes, at most 8, and zeros.
+std::uint64_t load(const char* bytes, std::size_t size)
+{
+    std::uint64_t letters = 0;
+    if (size >= 8) {
+        std::memcpy(&letters, bytes, 8);
+        return letters;
+    }
+    for (std::size_t i = 0; i < size; ++i)
+        letters |= std::uint64_t{static_cast<unsigned char>(bytes[i])} << 8 * i;
+    return letters;
+}
+
 std::uint64_t hash_name(std::string_view name, std::uint64_t hash)
 {
     constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15;
-    for (const char letter : name) {
-        hash = (hash ^ static_cast<unsigned char>(lower_ascii(letter))) * kFactor;
-        hash ^= hash >> 29;
-    }
-    return (hash ^ name.size()) * kFactor;
+    const auto mix = [&hash](std::uint64_t part) {
+        hash = (hash ^ part) * kFactor;
+        hash ^= hash >> 32;
+    };
+    for (std::size_t at = 0; at < name.size(); at += 8)
+        mix(lower_eight(load(name.data() + at, name.size() - at)));
+    // The last letters have reached the upper half only: another turn brings them down.
+    mix(name.size());
+    return hash;
 }
 
 bool same_name(std::string_view a, std::string_view b)
 {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char one, char other) {
-        return one == other || lower_ascii(one) == lower_ascii(other);
-    });
+    if (a == b)
+        return true;
+    if (a.size() != b.size())
+        return false;
+    return std::equal(a.begin(), a.end(), b.begin(),
+                      [](char one, char other) { return lower_ascii(one) == lower_ascii(other); });
 }
 
 bool has_line_end(std::string_view text)
@@ -116,10 +149,10 @@ std::optional<std::string_view> IniText::find(std::string_view section,
     section = trim_ini_blanks(section);
     entry = trim_ini_blanks(entry);
     const Slot* const slot =
-        slot_of(hash_name(entry, hash_name(section, hash_seed())), section, entry, false);
-    if (slot == nullptr || !slot->has_value)
+        slot_of(hash_name(entry, hash_name(section, hash_seed())), section, &entry);
+    if (slot == nullptr || slot->value_length == kNoText)
         return std::nullopt;
-    return without_quotes(slot->value);
+    return without_quotes(text_at(slot->value_start, slot->value_length));
 }
 
 bool IniText::set(std::string_view section, std::string_view entry, std::string_view value)
@@ -199,6 +232,7 @@ void IniText::add_entry(std::size_t at, const std::string_view* section, std::st
 void IniText::forget_index()
 {
     indexed_ = false;
+    sections_.clear();
     slots_.clear();
     table_.clear();
 }
@@ -208,49 +242,74 @@ void IniText::index() const
     constexpr std::size_t kUsualLineBytes = 24;
     slots_.reserve(bytes_.size() / kUsualLineBytes);
     table_.assign(std::bit_ceil(slots_.capacity() * 2 + 16), 0);
-    std::string_view section;
-    std::uint64_t section_hash = hash_name(section, hash_seed());
-    bool is_first = add({section_hash, section, {}, {}, false, true});
+    bool counts = add_section({});
+    std::uint64_t section_hash = hash_name({}, hash_seed());
     IniLines lines(bytes_);
     for (IniLine line; lines.next(line);) {
         if (line.kind == IniLineKind::Section) {
-            section = line.name;
-            section_hash = hash_name(section, hash_seed());
-            is_first = add({section_hash, section, {}, {}, false, true});
-        } else if (line.kind == IniLineKind::Entry && is_first) {
-            add({hash_name(line.name, section_hash), section, line.name, line.value, line.has_value,
-                 false});
+            counts = add_section(line.name);
+            section_hash = hash_name(line.name, hash_seed());
+        } else if (line.kind == IniLineKind::Entry && counts) {
+            add_entry_of(section_hash, line);
         }
     }
     indexed_ = true;
 }
 
 const IniText::Slot* IniText::slot_of(std::uint64_t hash, std::string_view section,
-                                      std::string_view entry, bool is_section) const
+                                      const std::string_view* name) const
 {
     const std::size_t mask = table_.size() - 1;
     for (std::size_t at = hash & mask; table_[at] != 0; at = (at + 1) & mask) {
         const Slot& slot = slots_[table_[at] - 1];
-        if (slot.hash == hash && slot.is_section == is_section && same_name(slot.entry, entry) &&
-            same_name(slot.section, section))
+        if (slot.hash != hash || (slot.name_length == kNoText) != (name == nullptr))
+            continue;
+        if ((name == nullptr || same_name(text_at(slot.name_start, slot.name_length), *name)) &&
+            same_name(sections_[slot.section], section))
             return &slot;
     }
     return nullptr;
 }
 
-bool IniText::add(const Slot& slot) const
+bool IniText::add_section(std::string_view section) const
 {
-    if (slot_of(slot.hash, slot.section, slot.entry, slot.is_section) != nullptr)
+    const std::uint64_t hash = hash_name(section, hash_seed());
+    if (slot_of(hash, section, nullptr) != nullptr)
         return false;
-    slots_.push_back(slot);
-    if (slots_.size() * 2 > table_.size()) {
-        table_.assign(table_.size() * 2, 0);
-        for (std::uint32_t i = 0; i < slots_.size(); ++i)
-            enter(slots_[i].hash, i);
-    } else {
-        enter(slot.hash, static_cast<std::uint32_t>(slots_.size() - 1));
-    }
+    sections_.push_back(section);
+    add({hash, static_cast<std::uint32_t>(sections_.size() - 1), 0, kNoText, 0, kNoText});
     return true;
+}
+
+void IniText::add_entry_of(std::uint64_t section_hash, const IniLine& line) const
+{
+    const std::uint64_t hash = hash_name(line.name, section_hash);
+    if (slot_of(hash, sections_.back(), &line.name) != nullptr)
+        return;
+    const auto place = [this](std::string_view text) {
+        return static_cast<std::uint32_t>(text.data() - bytes_.data());
+    };
+    const auto length = [](std::string_view text) {
+        return static_cast<std::uint32_t>(text.size());
+    };
+    const auto section = static_cast<std::uint32_t>(sections_.size() - 1);
+    if (line.has_value)
+        add({hash, section, place(line.name), length(line.name), place(line.value),
+             length(line.value)});
+    else
+        add({hash, section, place(line.name), length(line.name), 0, kNoText});
+}
+
+void IniText::add(const Slot& slot) const
+{
+    slots_.push_back(slot);
+    if (slots_.size() * 2 <= table_.size()) {
+        enter(slot.hash, static_cast<std::uint32_t>(slots_.size() - 1));
+        return;
+    }
+    table_.assign(table_.size() * 2, 0);
+    for (std::uint32_t i = 0; i < slots_.size(); ++i)
+        enter(slots_[i].hash, i);
 }
 
 void IniText::enter(std::uint64_t hash, std::uint32_t number) const

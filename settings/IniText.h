@@ -22,7 +22,7 @@ struct IniLine;
 /// compared without regard to the case of ASCII letters and to blanks around them. Of several
 /// sections of one name the first counts, and in it the first of several equal entries.
 ///
-/// One thread, reading included. UTF-8, with or without a mark at its start.
+/// One thread, reading included; less than 4 GiB. UTF-8, with or without a mark at its start.
 class ZMR_GV_API IniText {
 public:
     explicit IniText(std::string bytes) : bytes_(std::move(bytes)) {}
@@ -48,29 +48,38 @@ public:
     void remove_section(std::string_view section);
 
 private:
-    /// A section or an entry that counts. The texts lie in bytes_.
+    /// A section or an entry that counts; places in bytes_. Small, because there are many.
     struct Slot {
         std::uint64_t hash;
-        std::string_view section;
-        std::string_view entry;
-        std::string_view value;
-        bool has_value;
-        bool is_section;
+        std::uint32_t section;  ///< In sections_.
+        std::uint32_t name_start;
+        std::uint32_t name_length;  ///< kNoText for a section itself.
+        std::uint32_t value_start;
+        std::uint32_t value_length;  ///< kNoText when there is no "=".
     };
+    static constexpr std::uint32_t kNoText = 0xFFFFFFFF;
 
     void replace_value(const IniLine& line, std::string_view value);
     void add_entry(std::size_t at, const std::string_view* section, std::string_view entry,
                    std::string_view value);
     void index() const;
     void forget_index();
+    [[nodiscard]] std::string_view text_at(std::uint32_t start, std::uint32_t length) const
+    {
+        return std::string_view(bytes_).substr(start, length);
+    }
+    /// The entry of that name, or the section with a `name` of null.
     [[nodiscard]] const Slot* slot_of(std::uint64_t hash, std::string_view section,
-                                      std::string_view entry, bool is_section) const;
-    /// False when there is one of that name.
-    bool add(const Slot& slot) const;
+                                      const std::string_view* name) const;
+    /// True, and current in sections_, when no other section has the name.
+    bool add_section(std::string_view section) const;
+    void add_entry_of(std::uint64_t section_hash, const IniLine& line) const;
+    void add(const Slot& slot) const;
     void enter(std::uint64_t hash, std::uint32_t number) const;
 
     std::string bytes_;
     mutable bool indexed_ = false;
+    mutable std::vector<std::string_view> sections_;  ///< Those that count, in their order.
     mutable std::vector<Slot> slots_;
     mutable std::vector<std::uint32_t> table_;  ///< Open addressing: 1 + place in slots_, or 0.
 };
