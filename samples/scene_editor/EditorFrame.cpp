@@ -12,6 +12,8 @@
 BEGIN_MESSAGE_MAP(EditorFrame, CFrameWnd)
     ON_WM_CREATE()
     ON_WM_DESTROY()
+    ON_WM_CLOSE()
+    ON_WM_QUERYENDSESSION()
     ON_WM_GETMINMAXINFO()
     ON_WM_ENTERMENULOOP()
     ON_WM_EXITMENULOOP()
@@ -29,6 +31,13 @@ BEGIN_MESSAGE_MAP(EditorFrame, CFrameWnd)
     ON_COMMAND(ID_VIEW_FILTER, &EditorFrame::OnViewFilter)
     ON_COMMAND(ID_VIEW_PARENT, &EditorFrame::OnViewParent)
     ON_COMMAND_RANGE(ID_VIEW_DRAW_CENTERED, ID_VIEW_DRAW_STRETCH, &EditorFrame::OnViewDraw)
+    ON_COMMAND_RANGE(ID_VIEW_SCENE, ID_VIEW_LIBRARY, &EditorFrame::OnViewPart)
+    ON_COMMAND(ID_SCENE_NEW, &EditorFrame::OnSceneNew)
+    ON_COMMAND(ID_SCENE_OPEN, &EditorFrame::OnSceneOpen)
+    ON_COMMAND(ID_SCENE_SAVE, &EditorFrame::OnSceneSave)
+    ON_COMMAND(ID_SCENE_SAVE_AS, &EditorFrame::OnSceneSaveAs)
+    ON_COMMAND(ID_SCENE_ADD, &EditorFrame::OnSceneAdd)
+    ON_COMMAND_RANGE(ID_SCENE_DELETE, ID_SCENE_LAST, &EditorFrame::OnSceneCommand)
     ON_COMMAND(ID_DIAGNOSTICS_TIMES, &EditorFrame::OnDiagnosticsTimes)
     ON_COMMAND(ID_DIAGNOSTICS_RESET, &EditorFrame::OnDiagnosticsReset)
     ON_UPDATE_COMMAND_UI(ID_FILE_RELOAD, &EditorFrame::OnUpdateWithLibrary)
@@ -39,6 +48,8 @@ BEGIN_MESSAGE_MAP(EditorFrame, CFrameWnd)
     ON_UPDATE_COMMAND_UI(ID_VIEW_PARENT, &EditorFrame::OnUpdateParent)
     ON_UPDATE_COMMAND_UI_RANGE(ID_VIEW_DRAW_CENTERED, ID_VIEW_DRAW_STRETCH,
                                &EditorFrame::OnUpdateDraw)
+    ON_UPDATE_COMMAND_UI_RANGE(ID_VIEW_SCENE, ID_VIEW_LIBRARY, &EditorFrame::OnUpdatePart)
+    ON_UPDATE_COMMAND_UI_RANGE(ID_SCENE_FIRST, ID_SCENE_LAST, &EditorFrame::OnUpdateScene)
     ON_UPDATE_COMMAND_UI(ID_PANE_COUNTS, &EditorFrame::OnUpdateCounts)
     ON_UPDATE_COMMAND_UI(ID_PANE_NAME, &EditorFrame::OnUpdateName)
     ON_EN_CHANGE(IDC_FILTER, &EditorFrame::OnFilterChanged)
@@ -54,10 +65,10 @@ END_MESSAGE_MAP()
 
 namespace {
 
-constexpr int kWidthAt96 = 960;
-constexpr int kHeightAt96 = 620;
+constexpr int kWidthAt96 = 1060;
+constexpr int kHeightAt96 = 820;
 constexpr int kLeastWidthAt96 = 640;
-constexpr int kLeastHeightAt96 = 360;
+constexpr int kLeastHeightAt96 = 400;
 constexpr int kCountsPaneAt96 = 190;
 constexpr int kNamePaneAt96 = 200;
 
@@ -74,7 +85,7 @@ RECT rect_of(const editor::PaneRect& pane)
 
 }  // namespace
 
-EditorFrame::EditorFrame() : dpi_(screen_dpi()) {}
+EditorFrame::EditorFrame() : dpi_(screen_dpi()), document_([this] { show_scene_change(); }) {}
 
 EditorFrame::~EditorFrame() = default;
 
@@ -106,6 +117,7 @@ int EditorFrame::OnCreate(LPCREATESTRUCT creation)
     worker_ = std::make_unique<editor::LibraryWorker>(
         [window] { ::PostMessage(window, WM_RESULTS_WAIT, 0, 0); });
     SetMessageText(AFX_IDS_IDLEMESSAGE);
+    begin_scene();
     return 0;
 }
 
@@ -117,7 +129,7 @@ bool EditorFrame::create_panes()
     if (!font_.CreateFontIndirect(&metrics.lfMessageFont))
         return false;
     // In the order of the keyboard: a window made later comes later.
-    if (!tree_.create(*this, IDC_DIRECTORIES, dpi_) ||
+    if (!create_scene_panes() || !tree_.create(*this, IDC_DIRECTORIES, dpi_) ||
         !tree_splitter_.create(*this, IDC_TREE_SPLITTER) || !filter_.create(*this, IDC_FILTER) ||
         !list_.create(*this, IDC_ENTRIES, dpi_) ||
         !preview_splitter_.create(*this, IDC_PREVIEW_SPLITTER) ||
@@ -145,6 +157,7 @@ bool EditorFrame::create_panes()
 void EditorFrame::OnDestroy()
 {
     worker_.reset();  // it posts to this window
+    properties_.watch(nullptr);
     CFrameWnd::OnDestroy();
 }
 
@@ -168,8 +181,16 @@ void EditorFrame::RecalcLayout(BOOL notify)
         return;
     if (!widths_)
         widths_ = editor::first_widths(area, dpi_);
-    const editor::PaneLayout panes = editor::lay_out(area, *widths_, filter_height_px_, dpi_);
-    const std::array<std::pair<HWND, RECT>, 6> places{{
+    if (!sizes_)
+        sizes_ = editor::first_sizes(area, dpi_);
+    const editor::WindowLayout parts = editor::lay_out_window(area, *sizes_, shown_, dpi_);
+    const editor::PaneLayout panes =
+        editor::lay_out(parts.library, *widths_, filter_height_px_, dpi_);
+    const std::array<std::pair<HWND, RECT>, 10> places{{
+        {scene_window_, rect_of(parts.scene)},
+        {properties_splitter_, rect_of(parts.properties_splitter)},
+        {properties_, rect_of(parts.properties)},
+        {library_splitter_, rect_of(parts.library_splitter)},
         {tree_, rect_of(panes.tree)},
         {tree_splitter_, rect_of(panes.tree_splitter)},
         {filter_, rect_of(panes.filter)},
@@ -181,21 +202,40 @@ void EditorFrame::RecalcLayout(BOOL notify)
     for (const auto& [window, rect] : places) {
         if (moves == nullptr)
             return;
-        moves =
-            ::DeferWindowPos(moves, window, nullptr, rect.left, rect.top, rect.right - rect.left,
-                             rect.bottom - rect.top, SWP_NOZORDER | SWP_NOACTIVATE);
+        moves = ::DeferWindowPos(moves, window, nullptr, rect.left, rect.top,
+                                 rect.right - rect.left, rect.bottom - rect.top,
+                                 SWP_NOZORDER | SWP_NOACTIVATE |
+                                     (::IsRectEmpty(&rect) ? SWP_HIDEWINDOW : SWP_SHOWWINDOW));
     }
     if (moves != nullptr)
         ::EndDeferWindowPos(moves);
     list_.fit_columns();
 }
 
-LRESULT EditorFrame::OnSplitterDragged(WPARAM splitter, LPARAM x)
+LRESULT EditorFrame::OnSplitterDragged(WPARAM splitter, LPARAM edge)
 {
-    const auto which =
-        splitter == IDC_TREE_SPLITTER ? editor::Splitter::Tree : editor::Splitter::Preview;
-    if (widths_)
-        widths_ = editor::drag_splitter(pane_area(), *widths_, which, static_cast<int>(x), dpi_);
+    if (!widths_ || !sizes_)
+        return 0;
+    const editor::PaneRect area = pane_area();
+    const auto at = static_cast<int>(edge);
+    const auto drag_in_library = [&](editor::Splitter which) {
+        const editor::WindowLayout parts = editor::lay_out_window(area, *sizes_, shown_, dpi_);
+        widths_ = editor::drag_splitter(parts.library, *widths_, which, at, dpi_);
+    };
+    switch (splitter) {
+        case IDC_TREE_SPLITTER:
+            drag_in_library(editor::Splitter::Tree);
+            break;
+        case IDC_PREVIEW_SPLITTER:
+            drag_in_library(editor::Splitter::Preview);
+            break;
+        case IDC_PROPERTIES_SPLITTER:
+            sizes_ = editor::drag_properties_splitter(area, *sizes_, at, dpi_);
+            break;
+        default:
+            sizes_ = editor::drag_library_splitter(area, *sizes_, at, dpi_);
+            break;
+    }
     RecalcLayout();
     UpdateWindow();
     return 0;
@@ -247,9 +287,22 @@ BOOL EditorFrame::PreTranslateMessage(MSG* message)
     return CFrameWnd::PreTranslateMessage(message);
 }
 
+std::vector<HWND> EditorFrame::panes_in_order() const
+{
+    std::vector<HWND> panes;
+    if (shown_.scene) {
+        panes.push_back(scene_window_.m_hWnd);
+        for (const HWND field : properties_.fields())
+            panes.push_back(field);
+    }
+    if (shown_.library)
+        panes.insert(panes.end(), {tree_.m_hWnd, filter_.m_hWnd, list_.m_hWnd, preview_.m_hWnd});
+    return panes;
+}
+
 void EditorFrame::go_to_next_pane(bool backwards)
 {
-    const std::array<HWND, 4> panes{tree_, filter_, list_, preview_};
+    const std::vector<HWND> panes = panes_in_order();
     const HWND focus = ::GetFocus();
     // A label that is edited belongs to its list.
     const auto here = std::find_if(panes.begin(), panes.end(), [focus](HWND pane) {

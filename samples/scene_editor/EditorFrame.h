@@ -8,15 +8,21 @@
 #include "scene_editor/FilterEdit.h"
 #include "scene_editor/PaneSplitter.h"
 #include "scene_editor/PreviewPane.h"
+#include "scene_editor/PropertyPane.h"
+#include "scene_editor/SceneWindow.h"
 #include "scene_editor/core/HoldTimes.h"
 #include "scene_editor/core/LibraryWorker.h"
 #include "scene_editor/core/PaneLayout.h"
+#include "scene_editor/core/SceneCommands.h"
+#include "scene_editor/core/SceneDocument.h"
+#include "scene_editor/core/WindowLayout.h"
 
 #include <memory>
 #include <optional>
 #include <string>
 
-/// The main window: the directories of a library, the entries of one of them with a line that
+/// The main window: a scene with the properties of the object that is selected in it, and below
+/// them the directories of a library, the entries of one of them with a line that
 /// filters them, and a picture of the entry that is selected. All work on the library is asked of
 /// the worker; the window never waits for it.
 class EditorFrame : public CFrameWnd {
@@ -28,6 +34,8 @@ public:
     [[nodiscard]] bool create();
     /// Asks for the library; the window shows it when it is open.
     void open_library(const std::string& file);
+    /// Takes the scene of that file in the place of this one; tells the user where that fails.
+    void open_scene(const std::string& file);
 
     void RecalcLayout(BOOL notify = TRUE) override;
     BOOL PreTranslateMessage(MSG* message) override;
@@ -39,12 +47,14 @@ protected:
 
     int OnCreate(LPCREATESTRUCT creation);
     void OnDestroy();
+    void OnClose();
+    BOOL OnQueryEndSession();
     void OnGetMinMaxInfo(MINMAXINFO* limits);
     void OnEnterMenuLoop(BOOL is_popup);
     void OnExitMenuLoop(BOOL is_popup);
     LRESULT OnEnterSizeMove(WPARAM, LPARAM);
     LRESULT OnExitSizeMove(WPARAM, LPARAM);
-    LRESULT OnSplitterDragged(WPARAM splitter, LPARAM x);
+    LRESULT OnSplitterDragged(WPARAM splitter, LPARAM edge);
     LRESULT OnFilterLeft(WPARAM, LPARAM);
     LRESULT OnResultsWait(WPARAM, LPARAM);
     LRESULT OnIdle(WPARAM disable, LPARAM);
@@ -57,6 +67,13 @@ protected:
     void OnViewFilter();
     void OnViewParent();
     void OnViewDraw(UINT id);
+    void OnViewPart(UINT id);
+    void OnSceneNew();
+    void OnSceneOpen();
+    void OnSceneSave();
+    void OnSceneSaveAs();
+    void OnSceneAdd();
+    void OnSceneCommand(UINT id);
     void OnDiagnosticsTimes();
     void OnDiagnosticsReset();
     void OnUpdateWithLibrary(CCmdUI* state);
@@ -65,6 +82,8 @@ protected:
     void OnUpdateSelectAll(CCmdUI* state);
     void OnUpdateParent(CCmdUI* state);
     void OnUpdateDraw(CCmdUI* state);
+    void OnUpdateScene(CCmdUI* state);
+    void OnUpdatePart(CCmdUI* state);
     void OnUpdateCounts(CCmdUI* state);
     void OnUpdateName(CCmdUI* state);
 
@@ -82,8 +101,18 @@ private:
     using Clock = editor::HoldTimes::Clock;
 
     [[nodiscard]] bool create_panes();
+    [[nodiscard]] bool create_scene_panes();
     [[nodiscard]] editor::PaneRect pane_area();
+    [[nodiscard]] std::vector<HWND> panes_in_order() const;
     void go_to_next_pane(bool backwards);
+
+    void begin_scene();
+    void show_scene_change();
+    [[nodiscard]] bool has_model_row() const;
+    [[nodiscard]] bool save_scene(const std::string& file);
+    [[nodiscard]] bool save_scene_as();
+    /// False when the user would rather keep the changes that would be lost.
+    [[nodiscard]] bool may_leave_scene();
 
     void show_title();
     void show_directory(const editor::DirectoryPath& path);
@@ -99,13 +128,19 @@ private:
     void take(editor::RowsListed& listed);
     void take(editor::IconLoaded& loaded);
     void take(editor::PreviewLoaded& loaded);
+    void take(editor::ObjectLoaded& loaded);
     void take(editor::EntryRenamed& renamed);
     void take(editor::EntriesRemoved& removed);
     void take(editor::ChangeRefused& refused);
 
     int dpi_ = 96;
+    editor::SceneDocument document_;
     CFont font_;
     int filter_height_px_ = 0;
+    SceneWindow scene_window_;
+    PaneSplitter properties_splitter_;
+    PropertyPane properties_;
+    PaneSplitter library_splitter_;
     DirectoryTree tree_;
     PaneSplitter tree_splitter_;
     FilterEdit filter_;
@@ -114,6 +149,9 @@ private:
     PreviewPane preview_;
     CStatusBar status_bar_;
     std::optional<editor::PaneWidths> widths_;  ///< None until the window has a size.
+    std::optional<editor::PartSizes> sizes_;    ///< The same.
+    editor::ShownParts shown_;
+    std::string title_;
 
     std::unique_ptr<editor::LibraryWorker> worker_;
     std::string file_;  ///< Empty when no library is open.

@@ -1,14 +1,11 @@
 // The main window: its commands, their states, and what its controls tell.
 #include "platform/CCmdUI.h"
 #include "scene_editor/EditorFrame.h"
+#include "scene_editor/FileChoice.h"
 #include "scene_editor/SceneEditor.h"
 #include "scene_editor/core/CommandLine.h"
 #include "scene_editor/core/CountsText.h"
 #include "scene_editor/resource.h"
-
-#include <commdlg.h>
-
-#include <array>
 
 namespace {
 
@@ -28,21 +25,10 @@ std::string milliseconds(std::chrono::steady_clock::duration time)
 
 void EditorFrame::OnFileOpen()
 {
-    std::array<char, 4096> name{};
-    OPENFILENAMEA request{};
-    request.lStructSize = sizeof request;
-    request.hwndOwner = m_hWnd;
-    request.lpstrFilter = "Libraries (*.odb)\0*.odb\0All Files (*.*)\0*.*\0";
-    request.lpstrFile = name.data();
-    request.nMaxFile = static_cast<DWORD>(name.size());
-    request.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
-    bool is_chosen = false;
-    {
-        const editor::SystemLoop loop;
-        is_chosen = ::GetOpenFileNameA(&request) != FALSE;
-    }
-    if (is_chosen)
-        open_library(name.data());
+    FileChoice choice;
+    choice.filter = "Libraries (*.odb)\0*.odb\0All Files (*.*)\0*.*\0";
+    if (const std::optional<std::string> file = choice.ask(m_hWnd, {}))
+        open_library(*file);
 }
 
 void EditorFrame::OnFileReload()
@@ -122,11 +108,18 @@ void EditorFrame::OnDiagnosticsTimes()
     if (all_rows_after_)
         report += "\nAll " + editor::with_thousands(list_.rows().entries()) +
                   " entries of its directory after " + milliseconds(*all_rows_after_);
+    const SceneWindow::DrawTimes& drawn = scene_window_.draw_times();
+    if (drawn.pictures > 0) {
+        report += "\n\nPictures of the scene: " + editor::with_thousands(drawn.pictures) +
+                  "\nMean: " + milliseconds(drawn.all / static_cast<long>(drawn.pictures)) +
+                  "\nLongest: " + milliseconds(drawn.longest);
+    }
     AfxMessageBox(report.c_str(), MB_OK | MB_ICONINFORMATION);
 }
 
 void EditorFrame::OnDiagnosticsReset()
 {
+    scene_window_.reset_draw_times();
     the_editor().holds.reset();
 }
 

@@ -27,11 +27,14 @@ void EditorFrame::open_library(const std::string& file)
 void EditorFrame::show_title()
 {
     std::string title = std::string(static_cast<LPCTSTR>(GetTitle()));
+    if (!document_.file().empty() || document_.is_changed())
+        title = document_.name() + (document_.is_changed() ? "*" : "") + " - " + title;
     if (!file_.empty()) {
         title = std::string(editor::file_part(file_)) + (is_writable_ ? "" : " [read only]") +
                 " - " + title;
     }
-    AfxSetWindowText(*this, title.c_str());
+    if (std::exchange(title_, title) != title)
+        AfxSetWindowText(*this, title.c_str());
 }
 
 void EditorFrame::show_directory(const editor::DirectoryPath& path)
@@ -111,6 +114,7 @@ LRESULT EditorFrame::OnIdle(WPARAM disable, LPARAM unused)
     CFrameWnd::OnIdleUpdateCmdUI(disable, unused);
     ask_for_icons();
     ask_for_preview();
+    show_title();
     return 0;
 }
 
@@ -204,6 +208,21 @@ void EditorFrame::take(editor::PreviewLoaded& loaded)
         previewed_row_ && loaded.path == path_ && loaded.name == list_.rows().name(*previewed_row_);
     if (is_wanted)
         preview_.show(std::move(loaded));
+}
+
+void EditorFrame::take(editor::ObjectLoaded& loaded)
+{
+    if (loaded.object == nullptr) {
+        complain(loaded.reason);
+        return;
+    }
+    if (document_.scene() == nullptr)
+        return;
+    if (document_.scene()->add_model(loaded.object.get(), loaded.name.c_str()) == nullptr) {
+        complain("\"" + loaded.name + "\" can't be put into the scene: it is no model, or empty.");
+        return;
+    }
+    static_cast<void>(loaded.object.release());  // the scene's now
 }
 
 void EditorFrame::take(editor::EntryRenamed& renamed)

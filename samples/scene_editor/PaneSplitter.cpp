@@ -6,16 +6,19 @@ BEGIN_MESSAGE_MAP(PaneSplitter, CWnd)
     ON_WM_MOUSEMOVE()
 END_MESSAGE_MAP()
 
-BOOL PaneSplitter::create(CWnd& parent, UINT id)
+BOOL PaneSplitter::create(CWnd& parent, UINT id, Between between)
 {
-    const LPCTSTR window_class = AfxRegisterWndClass(0, ::LoadCursor(nullptr, IDC_SIZEWE),
-                                                     reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1));
+    between_ = between;
+    const HCURSOR cursor =
+        ::LoadCursor(nullptr, between == Between::LeftAndRight ? IDC_SIZEWE : IDC_SIZENS);
+    const LPCTSTR window_class =
+        AfxRegisterWndClass(0, cursor, reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1));
     return Create(window_class, "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, RECT{}, &parent, id);
 }
 
 void PaneSplitter::OnLButtonDown(UINT, CPoint point)
 {
-    grip_x_ = point.x;
+    grip_ = point;
     SetCapture();
 }
 
@@ -30,7 +33,8 @@ void PaneSplitter::OnMouseMove(UINT, CPoint point)
     if (::GetCapture() != m_hWnd)
         return;
     const HWND parent = ::GetParent(m_hWnd);
-    POINT edge{point.x - grip_x_, point.y};
+    POINT edge{point.x - grip_.x, point.y - grip_.y};
     ::MapWindowPoints(m_hWnd, parent, &edge, 1);
-    ::SendMessage(parent, WM_SPLITTER_DRAGGED, static_cast<WPARAM>(GetDlgCtrlID()), edge.x);
+    ::SendMessage(parent, WM_SPLITTER_DRAGGED, static_cast<WPARAM>(GetDlgCtrlID()),
+                  between_ == Between::LeftAndRight ? edge.x : edge.y);
 }

@@ -38,8 +38,11 @@ BOOL SceneEditor::InitInstance()
     m_pMainWnd = frame;
     frame->ShowWindow(m_nCmdShow);
     frame->UpdateWindow();
-    if (const std::string file = editor::first_word(m_lpCmdLine); !file.empty())
-        frame->open_library(file);
+    const editor::NamedFiles files = editor::named_files(m_lpCmdLine);
+    if (!files.library.empty())
+        frame->open_library(files.library);
+    if (!files.scene.empty())
+        frame->open_scene(files.scene);
     return TRUE;
 }
 
@@ -73,8 +76,9 @@ int SceneEditor::DoMessageBox(LPCTSTR text, UINT type, UINT help)
 void SceneEditor::OnAppAbout()
 {
     AfxMessageBox(
-        "Scene Editor 0.1\n\nShows and keeps libraries of models, materials and "
-        "pictures. A sample host of the library ZMR_GV.",
+        "Scene Editor 0.1\n\nPuts models into scenes; shows and keeps libraries of models, "
+        "materials "
+        "and pictures. A sample host of the library ZMR_GV.",
         MB_OK | MB_ICONINFORMATION);
 }
 

@@ -3,6 +3,7 @@
 #define SCENE_EDITOR_RESOURCE
 
 #define IDR_SCENE_EDITOR 128 /* Icon, menu, keys and title. */
+#define IDR_SCENE_KEYS 129   /* Keys while the scene has the focus; they come before the others. */
 
 #define ID_FILE_RELOAD 0x8001
 #define ID_ENTRY_RENAME 0x8002
@@ -16,11 +17,40 @@
 #define ID_VIEW_DRAW_TOP_LEFT 0x8012
 #define ID_VIEW_DRAW_FIT 0x8013
 #define ID_VIEW_DRAW_STRETCH 0x8014
+#define ID_VIEW_SCENE 0x8018
+#define ID_VIEW_LIBRARY 0x8019
 #define ID_DIAGNOSTICS_TIMES 0x8020
 #define ID_DIAGNOSTICS_RESET 0x8021
 
 #define ID_PANE_COUNTS 0x8100
 #define ID_PANE_NAME 0x8101
+
+/* What is done to the scene: ID_SCENE_FIRST and the number of an editor::SceneCommand. */
+#define ID_SCENE_FIRST 0x8200
+#define ID_SCENE_NEW 0x8200
+#define ID_SCENE_OPEN 0x8201
+#define ID_SCENE_SAVE 0x8202
+#define ID_SCENE_SAVE_AS 0x8203
+#define ID_SCENE_ADD 0x8204
+#define ID_SCENE_DELETE 0x8205
+#define ID_SCENE_TO_FRONT 0x8206
+#define ID_SCENE_TO_BACK 0x8207
+#define ID_SCENE_SNAP 0x8208
+#define ID_SCENE_HIDE 0x8209
+#define ID_SCENE_SHOW_ALL 0x820A
+#define ID_SCENE_DISABLE 0x820B
+#define ID_SCENE_ENABLE_ALL 0x820C
+#define ID_SCENE_NEXT 0x820D
+#define ID_SCENE_PREVIOUS 0x820E
+#define ID_SCENE_VIEW_ALL 0x820F
+#define ID_SCENE_COLOR_OWN 0x8210
+#define ID_SCENE_COLOR_1 0x8211
+#define ID_SCENE_COLOR_2 0x8212
+#define ID_SCENE_COLOR_3 0x8213
+#define ID_SCENE_COLOR_4 0x8214
+#define ID_SCENE_COLOR_5 0x8215
+#define ID_SCENE_COLOR_6 0x8216
+#define ID_SCENE_LAST 0x8216
 
 #define IDC_DIRECTORIES 1001
 #define IDC_FILTER 1002
@@ -28,5 +58,21 @@
 #define IDC_PREVIEW 1004
 #define IDC_TREE_SPLITTER 1005
 #define IDC_PREVIEW_SPLITTER 1006
+#define IDC_SCENE 1007
+#define IDC_PROPERTIES 1008
+#define IDC_PROPERTIES_SPLITTER 1009
+#define IDC_LIBRARY_SPLITTER 1010
+/* In the pane of the properties: those that are typed, in the order of editor::Property, then the
+   others. */
+#define IDC_PROPERTY_FIRST 1020
+#define IDC_PROPERTY_NAME 1020
+#define IDC_PROPERTY_X 1021
+#define IDC_PROPERTY_Y 1022
+#define IDC_PROPERTY_TURN 1023
+#define IDC_PROPERTY_SCALE 1024
+#define IDC_PROPERTY_CLASS 1025
+#define IDC_PROPERTY_COLOR 1026
+#define IDC_PROPERTY_TRIANGLES 1027
+#define IDC_PROPERTY_STATE 1028
 
 #endif

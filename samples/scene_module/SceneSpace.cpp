@@ -54,6 +54,15 @@ void SceneSpace::remove(GResponder* child)
         note_content();
 }
 
+void SceneSpace::set_current(GResponder* child)
+{
+    const GResponder* const before = get_current();
+    GView::set_current(child);
+    // The states of both were told before the change was through.
+    if (get_current() != before)
+        object_modified();
+}
+
 GResponder* SceneSpace::add_model(GStreamable* model, const char* label)
 {
     auto* const mesh = zmr::class_cast<SceneMesh>(model);
@@ -72,7 +81,8 @@ GResponder* SceneSpace::add_model(GStreamable* model, const char* label)
     return object;
 }
 
-// In the nearest place to the middle of the view where nothing stands; rings of places about it.
+// In a place near the middle of the view where nothing stands: rings of places about it, the sides
+// of each first.
 void SceneSpace::place_freely(SceneObject& object)
 {
     scene::Place place = object.place();
@@ -85,13 +95,18 @@ void SceneSpace::place_freely(SceneObject& object)
         }
         return true;
     };
+    // 0, 1, -1, 2, -2, ...
+    const auto alternating = [](int number) {
+        return number % 2 != 0 ? (number + 1) / 2 : -number / 2;
+    };
     for (int ring = 0; ring <= kMostRings; ++ring) {
-        for (int row = -ring; row <= ring; ++row) {
-            const int step = std::abs(row) == ring || ring == 0 ? 1 : 2 * ring;
-            for (int column = -ring; column <= ring; column += step) {
-                place.x = middle_x_ + column * kFirstSpacing;
-                place.y = middle_y_ + row * kFirstSpacing;
-                if (is_free()) {
+        for (int row = 0; row <= 2 * ring; ++row) {
+            for (int column = 0; column <= 2 * ring; ++column) {
+                const int right = alternating(column);
+                const int down = alternating(row);
+                place.x = middle_x_ + right * kFirstSpacing;
+                place.y = middle_y_ + down * kFirstSpacing;
+                if (std::max(std::abs(right), std::abs(down)) == ring && is_free()) {
                     object.set_place(place);
                     return;
                 }

@@ -56,6 +56,7 @@ public:
 
     void handle_event(GEvent& event) override;
     void remove(GResponder* child) override;
+    void set_current(GResponder* child) override;
     RGB_Color get_default_color(long index) override;
 
     /// Throws GStreamException for a later version and for data that ends early; the scene is then

@@ -100,6 +100,24 @@ TEST(SceneSpace, AddModel_FindsRoomForEach)
     }
 }
 
+TEST(SceneSpace, Selection_IsToldWhenItIsThere)
+{
+    SceneHost host;
+    SceneObject* const a = host.add("a", 0, 0);
+    SceneObject* const b = host.add("b", 100, 0);
+    Watcher watcher;
+    const GResponder* seen = nullptr;
+    watcher.then = [&] { seen = host.space->get_current(); };
+    host.space->notify_when_modified(&watcher, scene::kChanged, 0);
+
+    a->select();
+    EXPECT_EQ(seen, a);
+    b->select();
+    EXPECT_EQ(seen, b);
+    host.space->set_current(nullptr);
+    EXPECT_EQ(seen, nullptr);
+}
+
 TEST(SceneSpace, Draw_ShowsObjectsInTheirColourWhereTheyStand)
 {
     SceneHost host;

@@ -1,25 +1,50 @@
 #include "scene_editor/core/CommandLine.h"
 
+#include <algorithm>
+
 namespace editor {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kSceneEnd = ".scene";
+
+// Takes the first word off `rest`.
+std::string take_word(std::string_view& rest)
+{
+    rest.remove_prefix(std::min(rest.find_first_not_of(kBlanks), rest.size()));
+    std::string word;
+    bool in_quotes = false;
+    while (!rest.empty()) {
+        const char letter = rest.front();
+        if (!in_quotes && kBlanks.find(letter) != std::string_view::npos)
+            break;
+        rest.remove_prefix(1);
+        if (letter == '"')
+            in_quotes = !in_quotes;
+        else
+            word += letter;
+    }
+    return word;
+}
+
+}  // namespace
 
 std::string first_word(std::string_view command_line)
 {
-    constexpr std::string_view kBlanks = " \t";
-    const std::size_t start = command_line.find_first_not_of(kBlanks);
-    if (start == std::string_view::npos)
-        return {};
-    std::string word;
-    bool in_quotes = false;
-    for (const char letter : command_line.substr(start)) {
-        if (letter == '"') {
-            in_quotes = !in_quotes;
-            continue;
-        }
-        if (!in_quotes && kBlanks.find(letter) != std::string_view::npos)
-            break;
-        word += letter;
+    return take_word(command_line);
+}
+
+NamedFiles named_files(std::string_view command_line)
+{
+    NamedFiles files;
+    while (command_line.find_first_not_of(kBlanks) != std::string_view::npos) {
+        const std::string word = take_word(command_line);
+        std::string& file = word.ends_with(kSceneEnd) ? files.scene : files.library;
+        if (file.empty())
+            file = word;
     }
-    return word;
+    return files;
 }
 
 std::string_view file_part(std::string_view file)

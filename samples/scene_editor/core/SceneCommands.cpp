@@ -14,6 +14,7 @@ namespace editor {
 namespace {
 
 constexpr const char* kSnapClass = "SnapToGrid";
+constexpr const char* kModelClass = "SceneMesh";
 
 unsigned long id_of(SceneCommand command)
 {
@@ -141,12 +142,19 @@ void update_commands(const SceneDocument& document, bool has_model_row)
     // One of several: shown by another mark.
     const std::optional<std::size_t> color = has_object ? color_of(*object) : std::nullopt;
     for (std::size_t i = 0; i <= kColors.size(); ++i) {
-        const unsigned long id = id_of(SceneCommand::FirstColor) + i;
+        const unsigned long id = id_of(SceneCommand::FirstColor) + static_cast<unsigned long>(i);
         if (has_object && color == i)
             GResponder::SelectCommand(id, 1);
         else
             GResponder::EnableCommand(id, has_object ? 1 : 0);
     }
+}
+
+bool is_model_class(std::string_view class_name)
+{
+    const GMetaClass* const model = GMetaClass::FindByName(kModelClass);
+    const GMetaClass* const type = GMetaClass::FindByName(std::string(class_name).c_str());
+    return model != nullptr && type != nullptr && type->isKindOf(model) != nullptr;
 }
 
 bool run_command(SceneDocument& document, SceneCommand command)

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 namespace editor {
 
@@ -48,6 +49,9 @@ inline constexpr std::array<NamedColor, 6> kColors{{
 /// Sets the states of all these commands to what the scene allows now: grey, or with a mark. What
 /// is shown of a command asks there. `has_model_row`: a model is selected in the library.
 void update_commands(const SceneDocument& document, bool has_model_row);
+
+/// True for the name of a class whose objects are models.
+[[nodiscard]] bool is_model_class(std::string_view class_name);
 
 /// Does one of the commands that ask nothing and touch no file: those from Delete on. False, with
 /// nothing done, for the others and where it is not enabled now.

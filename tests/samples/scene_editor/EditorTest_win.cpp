@@ -139,7 +139,7 @@ TEST(SceneEditor, TabAndEnter_ReachEveryPane)
     EditorDriver editor({library.file()});
     ASSERT_TRUE(EditorDriver::wait_for([&] { return editor.has_focus(IDC_ENTRIES); }));
 
-    for (const int pane : {IDC_PREVIEW, IDC_DIRECTORIES, IDC_FILTER, IDC_ENTRIES}) {
+    for (const int pane : {IDC_PREVIEW, IDC_SCENE, IDC_DIRECTORIES, IDC_FILTER, IDC_ENTRIES}) {
         editor.key(VK_TAB);
         EXPECT_TRUE(EditorDriver::wait_for([&] { return editor.has_focus(pane); })) << pane;
     }

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/Windows.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+/// Asks the user for the name of a file.
+struct FileChoice {
+    enum class For : std::uint8_t { Opening, Saving };
+
+    For what = For::Opening;
+    const char* filter = nullptr;     ///< Pairs of texts and patterns, as the system's dialog has
+                                      ///< them.
+    const char* extension = nullptr;  ///< Given to names that are typed without one, or null.
+
+    /// The name; none when the user thinks better of it. `suggested` may be empty.
+    [[nodiscard]] std::optional<std::string> ask(HWND owner, const std::string& suggested) const;
+};
