@@ -60,11 +60,16 @@ TEST_F(GHelpState, Translate_IndexIs2AndUnknownIsNone)
     EXPECT_EQ(GHelp::TranslateWinHelpCmdToHTMLHelpCmd(0x7777), 0xFFFFFFFFu);
 }
 
-TEST_F(GHelpState, CallHelp_FileThatIsMissing_FalseInBothEngines)
+TEST_F(GHelpState, CallHelp_HtmlFileThatIsMissing_False)
 {
     EXPECT_FALSE(GHelp::CallHelp(nullptr, "C:\\no such folder\\none.chm", kHelpContext, 1));
+}
+
+TEST_F(GHelpState, CallHelp_QuitOfTheClassicEngine_TrueWithoutStartingIt)
+{
     GHelp::UseHTML(false);
-    EXPECT_FALSE(GHelp::CallHelp(nullptr, "C:\\no such folder\\none.hlp", 0x7777, 1));
+
+    EXPECT_TRUE(GHelp::CallHelp(nullptr, "none.hlp", HELP_QUIT, 0));
 }
 
 TEST(HelpEngine, Present_IsHandedTheRequestAsItStands)
