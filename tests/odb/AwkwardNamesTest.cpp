@@ -71,7 +71,7 @@ const std::vector<std::string>& awkward_names()
         "[a]{b}(c).lob",
         "a@b!c~d`e^f.lob",
         "-rf.lob",
-        "a:b.lob",
+        "ab:c.lob",
         "C:",
         "a<b>c.lob",
         "a\"b.lob",
