@@ -190,16 +190,16 @@ TEST(WindowPlacement, UnknownWayToShow_BecomesTheNormalOne)
     frame.DestroyWindow();
 }
 
-TEST(WindowPlacement, ChildOutsideItsParent_StaysWhereTheRecordSays)
+TEST(WindowPlacement, ChildWithoutASize_StaysAsTheRecordSays)
 {
     PlacedFrame frame;
     frame.ShowWindow(SW_SHOWNA);
     const HWND child = ::CreateWindowA("STATIC", "", WS_CHILD | WS_VISIBLE, 0, 0, 10, 10,
                                        frame.m_hWnd, nullptr, nullptr, nullptr);
     ASSERT_NE(child, nullptr);
-    load(record_at(CRect(-5000, -5000, -4900, -4900)), child);
+    load(record_at(CRect(5, 6, 5, 6)), child);
 
-    EXPECT_EQ(normal_rect(child), CRect(-5000, -5000, -4900, -4900));
+    EXPECT_EQ(normal_rect(child), CRect(5, 6, 5, 6));
     frame.DestroyWindow();
 }
 

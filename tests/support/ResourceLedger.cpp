@@ -178,10 +178,9 @@ ResourceCounts count_resources()
             .heap_bytes = count_heap_bytes()};
 }
 
-std::string what_leaks(const std::function<void()>& action, int turns)
+std::string what_leaks(const std::function<void()>& action, int turns, int heap_bytes_per_turn)
 {
     constexpr int kFirstTurns = 20;
-    constexpr int kHeapBytesPerTurn = 8;
     static_cast<void>(count_resources());  // the counting warms up as well
     for (int turn = 0; turn < kFirstTurns; ++turn)
         action();
@@ -197,6 +196,7 @@ std::string what_leaks(const std::function<void()>& action, int turns)
     tell_growth(grown, "drawing objects", before.drawing_objects, after.drawing_objects, 0);
     tell_growth(grown, "kernel handles", before.kernel_handles, after.kernel_handles, 0);
     tell_growth(grown, "heap bytes", static_cast<long long>(before.heap_bytes),
-                static_cast<long long>(after.heap_bytes), turns * kHeapBytesPerTurn);
+                static_cast<long long>(after.heap_bytes),
+                static_cast<long long>(turns) * heap_bytes_per_turn);
     return grown;
 }

@@ -19,7 +19,8 @@ struct ResourceCounts {
 
 /// Runs `action` some times, counts, runs it `turns` times more and counts again. Says what grew,
 /// line by line, and nothing when nothing did. The first runs may fill what the system keeps for
-/// good; of the heap, growth below eight bytes a turn counts as nothing, because it holds what
+/// good; of the heap, growth up to `heap_bytes_per_turn` counts as nothing, because it holds what
 /// others of the process do as well.
 ///     EXPECT_EQ(what_leaks([] { CFont font; font.CreatePointFont(90, "Tahoma"); }), "");
-[[nodiscard]] std::string what_leaks(const std::function<void()>& action, int turns = 1000);
+[[nodiscard]] std::string what_leaks(const std::function<void()>& action, int turns = 1000,
+                                     int heap_bytes_per_turn = 8);

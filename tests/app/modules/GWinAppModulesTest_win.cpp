@@ -157,7 +157,7 @@ TEST_F(GWinAppModules, TextNamedLikeALibrary_IsLeftOutWithoutABox)
 
 TEST_F(GWinAppModules, WhatAModuleNeeds_IsFoundInAnotherDirectoryOfTheList)
 {
-    tree_.copy_second("bin/second.plugin");
+    tree_.copy(ZMR_SECOND_PLUGIN, "bin/second.plugin");
     tree_.copy(ZMR_PLUGIN_SUPPORT, "bin/plug/deep/plugin_support.dll");
     Modules without_path(0, 4, 1);
     zmr::ModuleSearch(tree_.file("bin"), "plug", nullptr, "*.plugin")
@@ -176,7 +176,7 @@ TEST_F(GWinAppModules, WhatAModuleNeeds_IsFoundInAnotherDirectoryOfTheList)
 
 TEST_F(GWinAppModules, WhatAModuleNeedsNowhere_LeavesItOut)
 {
-    tree_.copy_second("bin/second.plugin");
+    tree_.copy(ZMR_SECOND_PLUGIN, "bin/second.plugin");
     host_.load_external_modules("*.plugin", "plug");
 
     EXPECT_EQ(loaded(), Names{});

@@ -14,6 +14,9 @@ public:
 
     /// Whether that file is in the memory of this process.
     [[nodiscard]] static bool IsLoaded(const char* file);
+    /// Loads what the library of that file needs of the system, for good: some of the system's
+    /// libraries keep something each time that they come and go.
+    static void HoldWhatItNeeds(const char* file);
     /// False where the compiler's own symbols keep the library itself in memory for good.
     [[nodiscard]] static bool CanLibraryEnd();
 
@@ -22,5 +25,7 @@ private:
 };
 
 /// Runs `action` some times, counts handles and memory, runs it `turns` times more and counts
-/// again. Says what grew, and nothing when nothing did.
-[[nodiscard]] std::string what_grows(const std::function<void()>& action, int turns);
+/// again. Says what grew, and nothing when nothing did; up to `bytes_per_turn` of memory count as
+/// nothing.
+[[nodiscard]] std::string what_grows(const std::function<void()>& action, int turns,
+                                     int bytes_per_turn = 8);

@@ -4,7 +4,12 @@
 
 #include <windows.h>
 
+#include <psapi.h>
+
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -37,12 +42,30 @@ bool LoadedLibrary::IsLoaded(const char* file)
     return ::GetModuleHandleW(wide_name(file).c_str()) != nullptr;
 }
 
+void LoadedLibrary::HoldWhatItNeeds(const char* file)
+{
+    const LoadedLibrary library(file);
+    wchar_t system[MAX_PATH];
+    const UINT length = ::GetSystemDirectoryW(system, MAX_PATH);
+    std::vector<HMODULE> modules(1000);
+    DWORD bytes = 0;
+    ASSERT_TRUE(::EnumProcessModules(::GetCurrentProcess(), modules.data(),
+                                     static_cast<DWORD>(modules.size() * sizeof(HMODULE)), &bytes));
+    modules.resize(std::min(modules.size(), bytes / sizeof(HMODULE)));
+    for (const HMODULE module : modules) {
+        wchar_t name[MAX_PATH];
+        if (::GetModuleFileNameW(module, name, MAX_PATH) > length &&
+            ::_wcsnicmp(name, system, length) == 0)
+            static_cast<void>(::LoadLibraryW(name));
+    }
+}
+
 bool LoadedLibrary::CanLibraryEnd()
 {
     return true;
 }
 
-std::string what_grows(const std::function<void()>& action, int turns)
+std::string what_grows(const std::function<void()>& action, int turns, int bytes_per_turn)
 {
-    return what_leaks(action, turns);
+    return what_leaks(action, turns, bytes_per_turn);
 }

@@ -23,7 +23,14 @@ public:
         std::filesystem::copy_file(std::filesystem::path(library), path_of(name));
     }
     void copy_first(const std::string& name) const { copy(ZMR_FIRST_PLUGIN, name); }
-    void copy_second(const std::string& name) const { copy(ZMR_SECOND_PLUGIN, name); }
+    /// With what it needs beside it.
+    void copy_second(const std::string& name) const
+    {
+        copy(ZMR_SECOND_PLUGIN, name);
+        const std::filesystem::path support(ZMR_PLUGIN_SUPPORT);
+        std::filesystem::copy_file(support, path_of(name).replace_filename(support.filename()),
+                                   std::filesystem::copy_options::overwrite_existing);
+    }
 };
 
 /// An exported function of a plug-in as a `Function`; null when it has none.
