@@ -16,7 +16,7 @@ namespace zmr {
 [[nodiscard]] GString object_file_class(const GFile& file);
 /// Writes the object. The file is made beside its place, brought to the disk and put there in one
 /// step: a failure, a kill or a power cut leaves the former file or the new one, each whole. False
-/// when it failed, with the former file untouched.
+/// when it failed: then the former file is there, or the new one that may not stay.
 [[nodiscard]] bool write_object_file(const GFile& file, GStreamable& object);
 /// Copies the bytes of an object file, in the same way. Needs no class.
 [[nodiscard]] bool copy_object_file(const GFile& from, const GFile& to);
