@@ -132,6 +132,68 @@ TEST(ODB_Options, Stream_RoundTrip)
     EXPECT_EQ(back->default_mediator, &TestPhantom::metaclass_);
 }
 
+TEST(ODB_Options, Stream_IsAByteAndTheClassName_AndReadsAnyVersion)
+{
+    ODB_Options options;
+    ompstream out;
+    options.write(out);
+    impstream in(out.bytes());
+    EXPECT_EQ(in.readByte(), 0);
+    GString name;
+    in >> name;
+    EXPECT_EQ(name, "ODB_InternalObject");
+    EXPECT_EQ(in.remaining(), 0);
+
+    constexpr unsigned char kVersions[] = {0, 1, 255};
+    for (const unsigned char version : kVersions) {
+        ompstream written;
+        written.writeByte(version);
+        written << &TestPhantom::metaclass_;
+        impstream read(written.bytes());
+        options.read(read);
+        EXPECT_EQ(options.default_mediator, &TestPhantom::metaclass_);
+    }
+}
+
+TEST(ODB_Options, ClassThatIsNotRegisteredHere_ReadsAsNull)
+{
+    ODB_Options options;
+    ompstream out;
+    out.writeByte(0);
+    out.writeString("NoSuchMediator");
+    impstream in(out.bytes());
+
+    options.read(in);
+
+    EXPECT_EQ(options.default_mediator, nullptr);
+}
+
+TEST(ODB_Options, Record_LiesInTheCurrentDirectoryAndIsSharedByTheClients)
+{
+    OdbTest test;
+    test.database.current_path = path_of({"d"});
+    ObjectDatabase other(test.file().c_str(), GIO::OpenReadWrite);
+    other.current_path = path_of({"d"});
+
+    test.database.set_default_mediator(&TestPhantom::metaclass_);
+
+    EXPECT_FALSE(test.database.exist(kRecord));
+    EXPECT_TRUE(
+        test.database.exist({path_of({"d"}), GString(".ODB options"), GString(".ODB options")}));
+    EXPECT_EQ(other.get_default_mediator(), &TestPhantom::metaclass_);
+}
+
+TEST(ODB_Options, Append_DoesNotAskForTheDefaultMediator)
+{
+    OdbTest test;
+    test.database.set_default_mediator(&TestPhantom::metaclass_);
+
+    test.add("lamp", "x");
+
+    EXPECT_TRUE(test.database.get_mediator(GString("lamp"))
+                    ->hasTheSameClassAs(&ODB_InternalObject::metaclass_));
+}
+
 TEST(ObjectDatabaseConversions, NoneRegistered_GetObjectTakesAndReleasesTheLock)
 {
     OdbTest test;
