@@ -1,7 +1,5 @@
 #include "settings/HelpEngine.h"
 
-#include "platform/AfxState.h"
-
 namespace zmr {
 
 HelpEngine::Entry HelpEngine::entry()

@@ -4,6 +4,7 @@
 #include "settings/HelpEngine.h"
 #include "tests/TemporaryFolder.h"
 #include "tests/settings/help_module/engine.h"
+#include "tests/support/WindowInput.h"
 
 #include <gtest/gtest.h>
 
@@ -15,6 +16,7 @@ namespace {
 constexpr WORD kEntry = 14;
 constexpr UINT kDisplayTopic = 0x00;
 constexpr UINT kHelpContext = 0x0F;
+constexpr UINT kCloseAll = 0x12;
 
 /// What the noting engine in `file` was called with last; it is loaded by now.
 const HelpCall& last_call(const char* file)
@@ -63,6 +65,16 @@ TEST_F(GHelpState, Translate_IndexIs2AndUnknownIsNone)
 TEST_F(GHelpState, CallHelp_HtmlFileThatIsMissing_False)
 {
     EXPECT_FALSE(GHelp::CallHelp(nullptr, "C:\\no such folder\\none.chm", kHelpContext, 1));
+}
+
+// data/help.chm is what chmcmd of Free Pascal makes of data/help.hhp.
+TEST_F(GHelpState, CallHelp_HtmlFileWithTheTopic_TrueAndShown)
+{
+    EXPECT_TRUE(GHelp::CallHelp(nullptr, ZMR_TEST_DATA "/help.chm", kHelpContext, 1));
+
+    EXPECT_NE(visible_window("HH Parent"), nullptr);
+    static_cast<void>(GHelp::CallHelp(nullptr, nullptr, kCloseAll, 0));
+    EXPECT_EQ(visible_window("HH Parent"), nullptr);
 }
 
 TEST_F(GHelpState, CallHelp_QuitOfTheClassicEngine_TrueWithoutStartingIt)

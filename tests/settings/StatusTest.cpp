@@ -417,6 +417,7 @@ TEST_F(Status, SixteenThreads_LastTextsArriveInOrderAndNothingHangs)
     threads.clear();
     pump_all();
 
+    EXPECT_EQ(puts, long{kThreads} * texts);
     for (const MsgBox::InfoLineType line : kLines) {
         const StatusPane& pane = panes[line];
         EXPECT_EQ(pane.text(), MsgBox::GetStatusInfo(line)) << line;
