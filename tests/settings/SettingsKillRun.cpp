@@ -1,11 +1,6 @@
 #include "SettingsKillRun.h"
 
 #include "settings/IniStore.h"
-#include "tests/store/Random.h"
-#include "tests/support/ChildProcess.h"
-
-#include <chrono>
-#include <thread>
 
 namespace zmr {
 namespace {
@@ -46,63 +41,28 @@ std::string check(IniStore& store, std::uint64_t acknowledged, std::uint64_t& la
             return "half of update " + std::to_string(last) + " is there";
     }
     static_cast<void>(store.commit());  // nothing was written
-    if (last < acknowledged || last > acknowledged + 1)
-        return "update " + std::to_string(acknowledged) + " was acknowledged, " +
-               std::to_string(last) + " is there";
-    return {};
-}
-
-void kill_one(const std::string& name, Random& random, std::uint64_t& acknowledged,
-              SettingsKillFigures& figures)
-{
-    ChildStart start;
-    start.program = ZMR_SETTINGS_CHILD;
-    start.words = {"write", name};
-    const auto writer = ChildProcess::Start(start, figures.failure);
-    std::string line;
-    if (writer == nullptr || !writer->read_line(line)) {
-        figures.failure = "the writer is not started: " + figures.failure;
-        return;
-    }
-    const auto acknowledge = [&] {
-        if (line.empty() || line.find_first_not_of("0123456789") != std::string::npos) {
-            figures.failure = line;
-            return;
-        }
-        acknowledged = std::stoull(line);
-        ++figures.updates;
-    };
-    // Every other one is let come to its first update, however slow the machine is.
-    if (figures.kills % 2 == 0 && writer->read_line(line))
-        acknowledge();
-    constexpr unsigned kLongest_us = 6'000;
-    std::this_thread::sleep_for(std::chrono::microseconds(random() % kLongest_us));
-    writer->kill();
-    while (writer->read_line(line))
-        acknowledge();
-    ++figures.kills;
+    return compare_commits(acknowledged, last);
 }
 
 }  // namespace
 
-SettingsKillFigures run_settings_kills(const std::string& name, int kills, std::uint32_t seed)
+KillFigures run_settings_kills(const std::string& name, int kills, std::uint32_t seed)
 {
-    SettingsKillFigures figures;
-    Random random(seed);
+    constexpr unsigned kLongest_us = 6'000;
     IniStore store(FileSystemDevice::Real(), name);
-    if (!fill(store))
-        figures.failure = "the file is not written";
-    std::uint64_t acknowledged = 0;
-    if (figures.failure.empty())
-        figures.failure = check(store, 0, acknowledged);
-    while (figures.kills < kills && figures.failure.empty()) {
-        kill_one(name, random, acknowledged, figures);
-        std::uint64_t last = acknowledged;
-        if (figures.failure.empty())
-            figures.failure = check(store, acknowledged, last);
-        acknowledged = last;
-    }
-    return figures;
+    std::uint64_t last = 0;
+    KillFigures figures;
+    figures.failure = fill(store) ? check(store, 0, last) : "the file is not written";
+    if (!figures.failure.empty())
+        return figures;
+    KillLoop loop;
+    loop.writer.program = ZMR_SETTINGS_CHILD;
+    loop.writer.words = {"write", name};
+    loop.longest_us = kLongest_us;
+    loop.look = [&](std::uint64_t acknowledged, std::uint64_t& found) {
+        return check(store, acknowledged, found);
+    };
+    return loop.run(kills, seed, last);
 }
 
 }  // namespace zmr

@@ -55,7 +55,7 @@ TEST(SettingsProcess, KillsDuringUpdates_LeaveTheFormerOrTheNewFile)
         zmr::run_settings_kills(folder.file("settings.ini"), ZMR_SETTINGS_KILLS, 1);
     EXPECT_EQ(figures.failure, "");
     EXPECT_EQ(figures.kills, ZMR_SETTINGS_KILLS);
-    EXPECT_GE(figures.updates, static_cast<std::uint64_t>(ZMR_SETTINGS_KILLS) / 2);
+    EXPECT_GE(figures.commits, static_cast<std::uint64_t>(ZMR_SETTINGS_KILLS) / 2);
 }
 
 TEST(SettingsProcess, FourWritersOfDifferentEntries_LoseNoUpdate)
@@ -72,13 +72,12 @@ TEST(SettingsProcess, FourWritersOfDifferentEntries_LoseNoUpdate)
 
     zmr::IniStore store(zmr::FileSystemDevice::Real(), name);
     store.begin();
-    int lost = 0;
+    int lost = 4 * updates();
     for (const std::string key : {"a", "b", "c", "d"})
-        for (int i = 0; i < updates(); ++i) {
-            std::uint32_t number = 0;
-            if (!store.read_int("counts", (key + " " + std::to_string(i)).c_str(), number) ||
-                number != static_cast<std::uint32_t>(i))
-                ++lost;
+        for (int i = 0; i < 10; ++i) {
+            std::uint32_t count = 0;
+            EXPECT_TRUE(store.read_int("counts", (key + " " + std::to_string(i)).c_str(), count));
+            lost -= static_cast<int>(count);
         }
     EXPECT_EQ(lost, 0);
 }

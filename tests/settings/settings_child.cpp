@@ -2,7 +2,8 @@
 // "ready" before it opens the file; anything that goes wrong is its last line.
 //   write            writes ever new numbers, all entries of one section in one batch, and prints
 //                    the number once it is kept
-//   count KEY COUNT  writes the entries KEY 0 to KEY COUNT-1, each in an update of its own; "done"
+//   count KEY COUNT  adds 1 to the entries KEY 0 to KEY 9 by turns, each time in an update of its
+//                    own, COUNT updates in all; "done". Who undoes one of them is found out.
 //   read COUNT       reads the numbers that "write" writes that often; "whole"
 #include "settings/IniStore.h"
 
@@ -41,9 +42,16 @@ std::string write(zmr::IniStore& store)
 
 std::string count(zmr::IniStore& store, const std::string& key, int number)
 {
-    for (int i = 0; i < number; ++i)
-        if (!store.write_int("counts", (key + " " + std::to_string(i)).c_str(), i))
-            return key + " " + std::to_string(i) + " is not kept";
+    constexpr int kKeys = 10;
+    for (int i = 0; i < number; ++i) {
+        const std::string entry = key + " " + std::to_string(i % kKeys);
+        std::uint32_t value = 0;
+        static_cast<void>(store.read_int("counts", entry.c_str(), value));  // at first: from 0
+        if (value != static_cast<std::uint32_t>(i / kKeys))
+            return entry + " is " + std::to_string(value) + " before update " + std::to_string(i);
+        if (!store.write_int("counts", entry.c_str(), static_cast<std::int32_t>(value + 1)))
+            return entry + " is not kept";
+    }
     return "done";
 }
 

@@ -13,9 +13,9 @@ int main(int count, char** arguments)
     }
     const auto seed =
         count > 3 ? static_cast<std::uint32_t>(std::strtoul(arguments[3], nullptr, 10)) : 1u;
-    const zmr::SettingsKillFigures figures =
+    const zmr::KillFigures figures =
         zmr::run_settings_kills(arguments[1], std::atoi(arguments[2]), seed);
-    std::cout << "{\"kills\": " << figures.kills << ", \"updates\": " << figures.updates
+    std::cout << "{\"kills\": " << figures.kills << ", \"updates\": " << figures.commits
               << ", \"seed\": " << seed << ", \"failure\": \"" << figures.failure << "\"}\n";
     return figures.failure.empty() ? 0 : 1;
 }

@@ -1,16 +1,11 @@
 #pragma once
 
+#include "tests/support/KillLoop.h"
+
 #include <cstdint>
 #include <string>
 
 namespace zmr {
-
-/// What a run of kills has seen.
-struct KillFigures {
-    int kills = 0;
-    std::uint64_t commits = 0;  ///< That were acknowledged before a kill.
-    std::string failure;        ///< Empty when nothing was lost and all was readable.
-};
 
 /// Starts a process that writes the library `name` again and again, kills it after a random time,
 /// and checks what is left against what it had acknowledged. The library stays for the next kill
