@@ -93,6 +93,8 @@ void ODB_Mediator::set_object_class_name(const GString& name)
 void ODB_Mediator::set_DB(ObjectDatabase* database)
 {
     DB_ = database;
+    if (database != nullptr)
+        database->was_attached_to_ = true;
 }
 
 void ODB_Mediator::set_DB_resname(const GResourceFullName& name)

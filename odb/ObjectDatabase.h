@@ -174,6 +174,7 @@ private:
     mutable TGPointer<ODB_Options> options_;  ///< Owned by the file's server.
     /// The library whose references share this client; null for a client of the application.
     const ResourceFileServer* held_for_ = nullptr;
-    bool closing_ = false;  ///< In `close`, which may come back to this client.
-    bool leaving_ = false;  ///< About to be closed: takes no mediators over.
+    bool was_attached_to_ = false;  ///< Some mediator was, since the opening or before.
+    bool closing_ = false;          ///< In `close`, which may come back to this client.
+    bool leaving_ = false;          ///< About to be closed: takes no mediators over.
 };

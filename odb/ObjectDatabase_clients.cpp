@@ -8,7 +8,6 @@
 
 #include "odb/ODB_Mediator.h"
 #include "odb/ODB_Options.h"
-#include "odb/ODB_Options.h"
 #include "odb/ObjectDatabase.h"
 #include "store/ResourceFileServer.h"
 
@@ -88,6 +87,8 @@ void ObjectDatabase::close()
 std::vector<ODB_Mediator*> ObjectDatabase::attached_mediators()
 {
     std::vector<ODB_Mediator*> attached;
+    if (!was_attached_to_)  // a placement's client closes in a library that has all loaded
+        return attached;
     for_each_loaded(GResourcePath(), MediatorResourceType, true,
                     [&](const GResourceFullName&, GStreamable* instance) {
                         auto* const mediator = zmr::class_cast<ODB_Mediator>(instance);
@@ -120,19 +121,22 @@ void ObjectDatabase::end_circle()
     std::vector<const ResourceFileServer*> keeping = {server};
     std::vector<std::shared_ptr<ObjectDatabase>> held;
     for (std::size_t i = 0; i < keeping.size(); ++i) {
-        const TGVector<ResourceFile*>& clients = keeping[i]->clients;
-        for (long k = 0; k < clients.count; ++k) {
-            const auto* const client = zmr::class_cast<ObjectDatabase>(clients[k]);
+        bool is_needed = false;
+        keeping[i]->visit_clients([&](ResourceFile& file) {
+            const auto* const client = zmr::class_cast<ObjectDatabase>(&file);
             if (client != nullptr && client->leaving_)
-                continue;
-            if (client == nullptr || client->held_for_ == nullptr)
-                return;  // the application keeps it
+                return;
+            is_needed = is_needed || client == nullptr || client->held_for_ == nullptr;
+            if (is_needed)
+                return;
             if (auto kept = keep_shared(client))
                 held.push_back(std::move(kept));
             if (ResourceFileServer::IsOpen(client->held_for_) &&
                 std::find(keeping.begin(), keeping.end(), client->held_for_) == keeping.end())
                 keeping.push_back(client->held_for_);
-        }
+        });
+        if (is_needed)
+            return;  // the application keeps it
     }
     for (const auto& client : held)
         client->leaving_ = true;
@@ -152,12 +156,11 @@ void ObjectDatabase::get_all_clients(const ResourceFileServer* of_server, GColle
     clients.owns_items = 0;
     if (of_server == nullptr)
         return;
-    const TGVector<ResourceFile*>& all = of_server->clients;
-    for (long i = all.count - 1; i >= 0; --i) {
-        auto* const database = zmr::class_cast<ObjectDatabase>(all[i]);
+    of_server->visit_clients([&](ResourceFile& client) {
+        auto* const database = zmr::class_cast<ObjectDatabase>(&client);
         if (database == nullptr || (database->leaving_ && database != this))
-            continue;
+            return;
         if (include_self || database != this)
             clients.v_insert(database);
-    }
+    });
 }

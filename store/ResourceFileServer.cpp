@@ -71,6 +71,7 @@ ResourceFileServer::~ResourceFileServer() = default;
 
 ResourceFileServer* ResourceFileServer::Join(ResourceFile& client, ResourceFileServer* server)
 {
+    const std::lock_guard guard(table().mutex);
     server->clients[server->clients.count] = &client;
     return server;
 }
@@ -143,6 +144,13 @@ bool ResourceFileServer::IsOpen(const ResourceFileServer* server)
     const std::lock_guard guard(table().mutex);
     const auto& all = table().servers;
     return std::find(all.begin(), all.end(), server) != all.end();
+}
+
+void ResourceFileServer::visit_clients(const std::function<void(ResourceFile&)>& visit) const
+{
+    const std::lock_guard guard(table().mutex);
+    for (long i = clients.count - 1; i >= 0; --i)
+        visit(*clients[i]);
 }
 
 int ResourceFileServer::error() const

@@ -9,6 +9,7 @@
 #include "store/LoadedInstances.h"
 #include "store/ResourceFile.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <vector>
@@ -46,7 +47,11 @@ public:
 
     mutable GCriticalSection
         lock;  ///< Held while an object is loaded and while the stream is used.
-    TGVector<ResourceFile*> clients;  ///< In the order of their opening; read only.
+    TGVector<ResourceFile*> clients;  ///< In the order of their opening; read only, and only where
+                                      ///< no other thread opens or closes the file.
+    /// Calls `visit` with each client from the last to the first, of which none ends meanwhile,
+    /// also where other threads play movies. `visit` opens and closes nothing.
+    void visit_clients(const std::function<void(ResourceFile&)>& visit) const;
 
 private:
     friend class ResourceFile;
