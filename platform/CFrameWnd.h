@@ -95,7 +95,8 @@ public:
     void OnHelpIndex();
     void OnHelpFinder();
     void OnHelpUsing();
-    /// FALSE while the frame is disabled, in help mode, and where there is no application.
+    /// FALSE while the frame is disabled, in help mode, and where there is no application or the
+    /// frame's thread has no object.
     [[nodiscard]] virtual BOOL CanEnterHelpMode() const;
     /// Ends help mode; nothing when it is not on.
     virtual void ExitHelpMode();

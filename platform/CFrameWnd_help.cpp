@@ -196,8 +196,8 @@ LRESULT CFrameWnd::OnExitHelpMode(WPARAM, LPARAM)
 BOOL CFrameWnd::CanEnterHelpMode() const
 {
     const CWinApp* const application = AfxGetApp();
-    return application != nullptr && !application->m_bHelpMode && !m_bHelpMode &&
-           m_hWnd != nullptr && IsWindowEnabled();
+    return application != nullptr && AfxGetThread() != nullptr && !application->m_bHelpMode &&
+           !m_bHelpMode && m_hWnd != nullptr && IsWindowEnabled();
 }
 
 void CFrameWnd::OnContextHelp()
