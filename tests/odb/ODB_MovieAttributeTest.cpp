@@ -521,6 +521,29 @@ TEST(MovieReader, ReadersInThreadsWhileAnotherWritesToTheLibrary_ReadWhatWasOpen
     EXPECT_EQ(wrong, 0);
 }
 
+TEST(MovieReader, OpenedAndClosedInAThreadWhileOtherClientsOpenAndClose_HarmsNobody)
+{
+    MovieTest test;
+    test.set_movie(movie_bytes(3000));
+    const GString name = test.attribute.get_movie_name(true);
+    std::atomic<bool> stop{false};
+    std::atomic<int> opened{0};
+    std::thread player([&] {
+        while (!stop)
+            opened += zmr::MovieReader::Open(name.text) != nullptr ? 1 : 0;
+    });
+    for (int i = 0; i < 200 || opened < 50; ++i) {
+        ObjectDatabase second(test.file().c_str(), GIO::OpenReadWrite);
+        ObjectDatabase third(second);
+        ASSERT_EQ(OdbTest::note_of(third, "lamp"), "x");
+    }
+    stop = true;
+    player.join();
+
+    EXPECT_GE(opened, 50);
+    EXPECT_EQ(test.note_of("lamp"), "x");
+}
+
 TEST(OpenMovies, Numbers_AreNeverZeroAndLeadToTheirMovie)
 {
     MovieTest test;
