@@ -5,8 +5,6 @@
 
 #include <memory>
 
-class ResourceFileServer;
-
 /// The mediator of an entry that stands for an object of another entry, in this library or another
 /// one. Object and icon are those of the host: the mediator that is no reference at the end of all
 /// references. Attributes are its own. A reference whose host is gone gives null for both and keeps
