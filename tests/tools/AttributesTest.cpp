@@ -48,7 +48,7 @@ TEST_F(OdbDescribe, MissingObjectOrBothChoices_AreRefused)
     make_library();
 
     EXPECT_THAT(run(1, {"describe", library(), "none.png", "x"}).err,
-                HasSubstr("there is no object \"none.png\""));
+                HasSubstr("\"none.png\": there is no object"));
     run(2, {"describe", library(), "badge.png", "x", "--remove"});
     run(1, {"describe", file("none.odb"), "badge.png"});
 }

@@ -92,8 +92,7 @@ ExitCode get_attribute(const AttributeArguments& arguments, const OpenedEntry& e
 {
     AttributeFacts facts;
     if (!look_at(entry, GString(arguments.class_name.c_str()), facts))
-        return refuse_entry(arguments.file, arguments.name,
-                            fmt::format("it has no attribute {}", arguments.class_name));
+        return refuse_entry(entry, fmt::format("it has no attribute {}", arguments.class_name));
     if (style == Style::Json)
         print(json_text(to_json(facts)) + "\n");
     else if (facts.is_text)
@@ -141,20 +140,19 @@ ExitCode set_attribute(const AttributeArguments& arguments, const OpenedEntry& e
     std::string reason;
     const OwnedObject made = make_attribute(arguments, reason);
     if (made == nullptr)
-        return refuse_entry(arguments.file, arguments.name, reason);
+        return refuse_entry(entry, reason);
     store(entry, *zmr::class_cast<ODB_ObjectAttribute>(made.get()), arguments.value);
     return finish_writing(entry.database(), arguments.file, ExitCode::Done);
 }
 
-ExitCode remove_attribute(const std::string& file, const std::string& name,
-                          const std::string& class_name, const OpenedEntry& entry)
+ExitCode remove_attribute(const OpenedEntry& entry, const std::string& class_name)
 {
     AttributeFacts facts;
     const GString type(class_name.c_str());
     if (!look_at(entry, type, facts))
-        return refuse_entry(file, name, fmt::format("it has no attribute {}", class_name));
+        return refuse_entry(entry, fmt::format("it has no attribute {}", class_name));
     entry.mediator->remove_attribute(type);
-    return finish_writing(entry.database(), file, ExitCode::Done);
+    return finish_writing(entry.database(), entry.file, ExitCode::Done);
 }
 
 }  // namespace
@@ -180,7 +178,7 @@ ExitCode attribute(const AttributeArguments& arguments, Style style)
         return get_attribute(arguments, entry, style);
     if (arguments.action == "set")
         return set_attribute(arguments, entry);
-    return remove_attribute(arguments.file, arguments.name, arguments.class_name, entry);
+    return remove_attribute(entry, arguments.class_name);
 }
 
 ExitCode describe(const DescribeArguments& arguments, Style style)
@@ -192,7 +190,7 @@ ExitCode describe(const DescribeArguments& arguments, Style style)
         return entry.code;
     const GMetaClass& text_class = ODB_TextDescriptionAttribute::metaclass_;
     if (arguments.removes)
-        return remove_attribute(arguments.file, arguments.name, text_class.name, entry);
+        return remove_attribute(entry, text_class.name);
     if (arguments.sets) {
         ODB_TextDescriptionAttribute text;
         store(entry, text, arguments.text);
@@ -201,7 +199,7 @@ ExitCode describe(const DescribeArguments& arguments, Style style)
     const OwnedObject attribute(entry.mediator->get_attribute(&text_class));
     const auto* const text = text_in(attribute);
     if (text == nullptr)
-        return refuse_entry(arguments.file, arguments.name, "it has no description");
+        return refuse_entry(entry, "it has no description");
     if (style == Style::Json)
         print(json_text(
                   {{"path", entry.name.text()}, {"text", std::string(text->get_text().view())}}) +

@@ -34,10 +34,9 @@ void attach(const OpenedEntry& entry, ODB_ObjectAttribute& attribute)
     return names.search(name.c_str(), index);
 }
 
-ExitCode refuse_picture(const PictureArguments& arguments)
+std::string no_picture(const PictureArguments& arguments)
 {
-    return refuse_entry(arguments.file, arguments.name,
-                        fmt::format("it has no picture \"{}\"", arguments.picture));
+    return fmt::format("it has no picture \"{}\"", arguments.picture);
 }
 
 /// The picture of a file; null with the reason.
@@ -51,6 +50,19 @@ std::unique_ptr<PixelMap> load_picture(const std::string& file, std::string& rea
         reason = failure.what();
     }
     return nullptr;
+}
+
+/// Ends a command that stored something: `stored` tells whether it is there, `reason` why not, and
+/// `fields` what to print for a program.
+ExitCode finish_storing(const OpenedEntry& entry, bool stored, const std::string& reason,
+                        const nlohmann::json& fields, Style style)
+{
+    if (!stored && !writing_failed(entry.database()))
+        return refuse_entry(entry, reason);
+    const ExitCode code = finish_writing(entry.database(), entry.file, ExitCode::Done);
+    if (code == ExitCode::Done && style == Style::Json)
+        print(json_text(fields) + "\n");
+    return code;
 }
 
 }  // namespace
@@ -96,15 +108,10 @@ ExitCode picture_add(const PictureArguments& arguments, Style style)
         attach(entry, pictures);
         pictures.add_map(arguments.picture.c_str(), map.get());
     }
-    if (!writing_failed(entry.database()) && !has_picture(pictures, arguments.picture))
-        return refuse_entry(arguments.file, arguments.name,
-                            "the library can't have a picture of that name");
-    const ExitCode code = finish_writing(entry.database(), arguments.file, ExitCode::Done);
-    if (code == ExitCode::Done && style == Style::Json)
-        print(json_text(
-                  {{"name", arguments.picture}, {"size", {map->get_width(), map->get_height()}}}) +
-              "\n");
-    return code;
+    return finish_storing(
+        entry, has_picture(pictures, arguments.picture),
+        "the library can't have a picture of that name",
+        {{"name", arguments.picture}, {"size", {map->get_width(), map->get_height()}}}, style);
 }
 
 ExitCode picture_extract(const PictureArguments& arguments, Style style)
@@ -115,13 +122,8 @@ ExitCode picture_extract(const PictureArguments& arguments, Style style)
     ODB_PixelMapAttribute pictures;
     attach(entry, pictures);
     const std::unique_ptr<PixelMap> map(pictures.get_map(arguments.picture.c_str()));
-    if (map == nullptr) {
-        if (const ResourceFile::Damage* const damage = entry.database().last_damage()) {
-            refuse_entry(arguments.file, arguments.name, "damaged: " + damage->reason);
-            return ExitCode::Damaged;
-        }
-        return refuse_picture(arguments);
-    }
+    if (map == nullptr)
+        return refuse_unreadable(entry, no_picture(arguments));
     if (must_keep_file(arguments.other_file, arguments.overwrite))
         return ExitCode::Refused;
     if (!PixelMapTools::SaveToFile(map.get(), arguments.other_file.c_str(), arguments.overwrite)) {
@@ -144,7 +146,7 @@ ExitCode picture_remove(const PictureArguments& arguments, Style)
     const OwnedObject stored(entry.mediator->get_attribute(&ODB_PixelMapAttribute::metaclass_));
     auto* const pictures = zmr::class_cast<ODB_PixelMapAttribute>(stored.get());
     if (pictures == nullptr || !has_picture(*pictures, arguments.picture))
-        return refuse_picture(arguments);
+        return refuse_entry(entry, no_picture(arguments));
     pictures->remove_map(arguments.picture.c_str());
     return finish_writing(entry.database(), arguments.file, ExitCode::Done);
 }
@@ -165,14 +167,9 @@ ExitCode movie_set(const MovieArguments& arguments, Style style)
         attach(entry, movie);
         movie.set_movie(arguments.other_file.c_str());
     }
-    if (!writing_failed(entry.database()) &&
-        !entry.database().exist(movie.get_movie_resource_name()))
-        return refuse_entry(arguments.file, arguments.name,
-                            fmt::format("{} can't be stored as its movie", arguments.other_file));
-    const ExitCode code = finish_writing(entry.database(), arguments.file, ExitCode::Done);
-    if (code == ExitCode::Done && style == Style::Json)
-        print(json_text({{"path", entry.name.text()}, {"bytes", bytes}}) + "\n");
-    return code;
+    return finish_storing(entry, entry.database().exist(movie.get_movie_resource_name()),
+                          fmt::format("{} can't be stored as its movie", arguments.other_file),
+                          {{"path", entry.name.text()}, {"bytes", bytes}}, style);
 }
 
 ExitCode movie_extract(const MovieArguments& arguments, Style style)
@@ -183,17 +180,11 @@ ExitCode movie_extract(const MovieArguments& arguments, Style style)
     ODB_MovieAttribute movie;
     attach(entry, movie);
     if (!entry.database().exist(movie.get_movie_resource_name()))
-        return refuse_entry(arguments.file, arguments.name, "it has no movie");
+        return refuse_entry(entry, "it has no movie");
     if (must_keep_file(arguments.other_file, arguments.overwrite))
         return ExitCode::Refused;
-    if (!movie.extract_movie(arguments.other_file.c_str())) {
-        if (const ResourceFile::Damage* const damage = entry.database().last_damage()) {
-            refuse_entry(arguments.file, arguments.name, "damaged: " + damage->reason);
-            return ExitCode::Damaged;
-        }
-        complain(fmt::format("{}: it can't be written", arguments.other_file));
-        return ExitCode::Refused;
-    }
+    if (!movie.extract_movie(arguments.other_file.c_str()))
+        return refuse_unreadable(entry, fmt::format("{} can't be written", arguments.other_file));
     if (style == Style::Json)
         print(json_text({{"file", arguments.other_file},
                          {"bytes", bytes_of_file(arguments.other_file)}}) +
@@ -209,7 +200,7 @@ ExitCode movie_remove(const MovieArguments& arguments, Style)
     const OwnedObject stored(entry.mediator->get_attribute(&ODB_MovieAttribute::metaclass_));
     auto* const movie = zmr::class_cast<ODB_MovieAttribute>(stored.get());
     if (movie == nullptr || !entry.database().exist(movie->get_movie_resource_name()))
-        return refuse_entry(arguments.file, arguments.name, "it has no movie");
+        return refuse_entry(entry, "it has no movie");
     movie->set_movie(nullptr);
     return finish_writing(entry.database(), arguments.file, ExitCode::Done);
 }

@@ -14,6 +14,7 @@ namespace {
 OpenedEntry find(OpenedLibrary library, const std::string& file, const std::string& name)
 {
     OpenedEntry opened;
+    opened.file = file;
     opened.library = std::move(library);
     opened.name = parse_entry(name);
     if (!opened.library) {
@@ -23,13 +24,7 @@ OpenedEntry find(OpenedLibrary library, const std::string& file, const std::stri
     opened.mediator = opened.database().get_mediator(opened.name.path, opened.name.name);
     if (opened.mediator != nullptr)
         return opened;
-    if (const ResourceFile::Damage* const damage = opened.database().last_damage()) {
-        complain(fmt::format("{}: \"{}\": damaged: {}", file, name, damage->reason));
-        opened.code = ExitCode::Damaged;
-    } else {
-        complain(fmt::format("{}: there is no object \"{}\"", file, name));
-        opened.code = ExitCode::Refused;
-    }
+    opened.code = refuse_unreadable(opened, "there is no object of that name");
     return opened;
 }
 
@@ -49,6 +44,20 @@ ExitCode refuse_entry(const std::string& file, const std::string& name, const st
 {
     complain(fmt::format("{}: \"{}\": {}", file, name, reason));
     return ExitCode::Refused;
+}
+
+ExitCode refuse_entry(const OpenedEntry& entry, const std::string& reason)
+{
+    return refuse_entry(entry.file, entry.name.text(), reason);
+}
+
+ExitCode refuse_unreadable(const OpenedEntry& entry, const std::string& reason)
+{
+    const ResourceFile::Damage* const damage = entry.database().last_damage();
+    if (damage == nullptr)
+        return refuse_entry(entry, reason);
+    refuse_entry(entry, "damaged: " + damage->reason);
+    return ExitCode::Damaged;
 }
 
 bool must_keep_file(const std::string& file, bool overwrite)

@@ -9,6 +9,7 @@ namespace odb {
 
 /// A library, and the object in it that a command works on.
 struct OpenedEntry {
+    std::string file;  ///< The library's.
     OpenedLibrary library;
     ODB_Mediator* mediator = nullptr;  ///< Null when it could not be had; the user was told why.
     ExitCode code = ExitCode::Done;    ///< What the command ends with then.
@@ -23,6 +24,9 @@ struct OpenedEntry {
 
 /// Tells the user that something of an object can't be done, and why; gives Refused.
 ExitCode refuse_entry(const std::string& file, const std::string& name, const std::string& reason);
+ExitCode refuse_entry(const OpenedEntry& entry, const std::string& reason);
+/// The same where something could not be read: Damaged when the library is, whatever `reason` says.
+ExitCode refuse_unreadable(const OpenedEntry& entry, const std::string& reason);
 
 /// True, with the user told, when `file` exists and must not be replaced.
 [[nodiscard]] bool must_keep_file(const std::string& file, bool overwrite);
