@@ -352,6 +352,24 @@ TEST(SceneSpace, Stream_KeepsObjectsInTheirOrderTheCurrentOneAndTheView)
     EXPECT_NEAR(again.space->x_px(0), host.space->x_px(0), 1e-9);
 }
 
+TEST(SceneSpace, SceneThatWasRead_TakesInputAsAnyOther)
+{
+    SceneHost host;
+    host.add("a", -60, 0);
+    host.add("b", 60, 0);
+    SceneHost again(read_from(stream_of(*host.space)));
+    ASSERT_STREQ(again.space->get_current()->get_label(), "b");
+    again.draw();
+
+    again.drag(kX - 60, kY, kX - 40, kY + 10);
+
+    ASSERT_NE(again.space->get_current(), nullptr);
+    EXPECT_STREQ(again.space->get_current()->get_label(), "a");
+    auto* const a = zmr::class_cast<SceneObject>(again.space->get_current());
+    EXPECT_EQ(a->place().x, -40);
+    EXPECT_EQ(a->place().y, 10);
+}
+
 TEST(SceneSpace, ReceiversInTheData_AreNotTold)
 {
     // A scene in which an object claims that its root is to end it at every change.

@@ -27,3 +27,13 @@ TEST(CommandLine, FilePart_LiesBehindTheLastSlashOfEitherKind)
     EXPECT_EQ(editor::file_part("c.odb"), "c.odb");
     EXPECT_EQ(editor::file_part("folder/"), "");
 }
+
+TEST(CommandLine, NamedFiles_AreALibraryAndAScene)
+{
+    const editor::NamedFiles both = editor::named_files(" \"C:\\my files\\a.scene\"  b.odb c.odb");
+    EXPECT_EQ(both.library, "b.odb");
+    EXPECT_EQ(both.scene, "C:\\my files\\a.scene");
+    const editor::NamedFiles none = editor::named_files("  ");
+    EXPECT_EQ(none.library, "");
+    EXPECT_EQ(none.scene, "");
+}

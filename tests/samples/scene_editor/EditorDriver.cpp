@@ -1,5 +1,6 @@
 #include "EditorDriver.h"
 
+#include "platform/HandlesGdi.h"
 #include "scene_editor/resource.h"
 
 #include <commctrl.h>
@@ -127,7 +128,8 @@ bool EditorDriver::is_alive() const
 
 HWND EditorDriver::control(int id) const
 {
-    return ::GetDlgItem(frame_, id);
+    const HWND own = ::GetDlgItem(frame_, id);
+    return own != nullptr ? own : ::GetDlgItem(::GetDlgItem(frame_, IDC_PROPERTIES), id);
 }
 
 std::string EditorDriver::text_of(int id) const
@@ -159,6 +161,37 @@ COLORREF EditorDriver::preview_color() const
         ::GetPixel(screen, (area.left + area.right) / 2, (area.top + area.bottom) / 2);
     ::ReleaseDC(nullptr, screen);
     return color;
+}
+
+EditorDriver::Picture EditorDriver::picture_of(HWND window)
+{
+    RECT area{};
+    ::GetClientRect(window, &area);
+    POINT corner{};
+    ::ClientToScreen(window, &corner);
+    Picture picture;
+    picture.width = static_cast<int>(area.right);
+    picture.height = static_cast<int>(area.bottom);
+    BITMAPINFO form{};
+    form.bmiHeader.biSize = sizeof form.bmiHeader;
+    form.bmiHeader.biWidth = picture.width;
+    form.bmiHeader.biHeight = -picture.height;
+    form.bmiHeader.biPlanes = 1;
+    form.bmiHeader.biBitCount = 32;
+    void* bits = nullptr;
+    const zmr::WindowDC screen(nullptr);
+    const zmr::OwnedMemoryDC memory(::CreateCompatibleDC(screen.get()));
+    const zmr::OwnedBitmap bitmap(
+        ::CreateDIBSection(screen.get(), &form, DIB_RGB_COLORS, &bits, nullptr, 0));
+    const zmr::Selection selected(memory.get(), bitmap.get());
+    ::BitBlt(memory.get(), 0, 0, picture.width, picture.height, screen.get(), corner.x, corner.y,
+             SRCCOPY);
+    ::GdiFlush();
+    const auto* const first = static_cast<const std::uint32_t*>(bits);
+    picture.pixels.assign(first, first + picture.width * picture.height);
+    for (std::uint32_t& pixel : picture.pixels)
+        pixel &= 0xFFFFFF;
+    return picture;
 }
 
 std::string EditorDriver::message() const
@@ -235,6 +268,28 @@ void EditorDriver::drag(HWND window, int dx)
     move_mouse(x + dx / 2, y);
     move_mouse(x + dx, y);
     send_mouse(MOUSEEVENTF_LEFTUP);
+}
+
+void EditorDriver::drag_from(HWND window, POINT from, int dx, int dy)
+{
+    ::ClientToScreen(window, &from);
+    move_mouse(from.x, from.y);
+    send_mouse(MOUSEEVENTF_LEFTDOWN);
+    constexpr int kSteps = 30;
+    for (int step = 1; step <= kSteps; ++step)
+        move_mouse(from.x + dx * step / kSteps, from.y + dy * step / kSteps);
+    send_mouse(MOUSEEVENTF_LEFTUP);
+}
+
+void EditorDriver::turn_wheel(HWND window, POINT at, int steps)
+{
+    ::ClientToScreen(window, &at);
+    move_mouse(at.x, at.y);
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = MOUSEEVENTF_WHEEL;
+    input.mi.mouseData = static_cast<DWORD>(steps * WHEEL_DELTA);
+    ::SendInput(1, &input, sizeof input);
 }
 
 int EditorDriver::wait_for_end()

@@ -3,6 +3,7 @@
 #include "platform/Windows.h"
 #include "tests/support/ChildProcess.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -23,6 +24,7 @@ public:
     [[nodiscard]] std::string title() const;
     /// True when the window answers: nothing holds it.
     [[nodiscard]] bool is_alive() const;
+    /// Of the main window, or of its pane of properties.
     [[nodiscard]] HWND control(int id) const;
     [[nodiscard]] std::string text_of(int id) const;
     /// Rows of the list.
@@ -33,6 +35,18 @@ public:
     [[nodiscard]] std::string previewed() const;
     /// The colour in the middle of the preview.
     [[nodiscard]] COLORREF preview_color() const;
+    /// The part of the screen that a window's client area has.
+    struct Picture {
+        int width = 0;
+        int height = 0;
+        std::vector<std::uint32_t> pixels;  ///< 0xRRGGBB, the top row first.
+
+        [[nodiscard]] std::uint32_t at(int x, int y) const
+        {
+            return pixels[static_cast<std::size_t>(y * width + x)];
+        }
+    };
+    [[nodiscard]] static Picture picture_of(HWND window);
     /// The text of the message box that is open; empty when there is none.
     [[nodiscard]] std::string message() const;
     /// A dialog of the program that has that control; null when there is none.
@@ -50,6 +64,10 @@ public:
     void click(HWND window, int x, int y);
     /// Drags from the middle of a window sidewards.
     void drag(HWND window, int dx);
+    /// Drags from a point of a client area by so many pixels.
+    void drag_from(HWND window, POINT from, int dx, int dy);
+    /// Turns the wheel above a point, by so many steps away from the hand.
+    void turn_wheel(HWND window, POINT at, int steps);
 
     /// Waits for its end; its exit code, -1 when it does not end.
     int wait_for_end();
