@@ -1,4 +1,5 @@
 // The main window: its commands, their states, and what its controls tell.
+#include "controls/GMfcCommandEnabled.h"
 #include "platform/CCmdUI.h"
 #include "scene_editor/EditorFrame.h"
 #include "scene_editor/FileChoice.h"
@@ -247,6 +248,11 @@ void EditorFrame::OnListKey(NMHDR* header, LRESULT*)
     switch (reinterpret_cast<NMLVKEYDOWN*>(header)->wVKey) {
         case VK_DELETE:
             PostMessage(WM_COMMAND, ID_ENTRY_DELETE);
+            break;
+        case VK_INSERT:
+            // No command of the menu that would be refused there.
+            if (GMfcCommandEnabled(*this, ID_SCENE_ADD))
+                OnSceneAdd();
             break;
         case VK_BACK:
             OnViewParent();

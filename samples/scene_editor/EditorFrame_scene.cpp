@@ -1,5 +1,4 @@
 // The main window: the scene, its file and its commands.
-#include "controls/GMfcCommandEnabled.h"
 #include "platform/CCmdUI.h"
 #include "platform/CWinApp.h"
 #include "scene_editor/EditorFrame.h"

@@ -5,6 +5,7 @@
 #include "scene_editor/core/SceneDocument.h"
 #include "scene_interface/SceneItem.h"
 
+#include <stdexcept>
 #include <string>
 
 /// A new scene with the module that brings its classes, as the program has them.
@@ -12,8 +13,9 @@ class LoadedScene {
 public:
     LoadedScene()
     {
-        const bool has_begun = document.begin_new();
-        document.scene()->set_view_size(has_begun ? 400 : 0, 300, 96);
+        if (!document.begin_new())
+            throw std::runtime_error("the module has brought no scene");
+        document.scene()->set_view_size(400, 300, 96);
         changes = 0;
     }
 

@@ -190,7 +190,9 @@ TEST_F(SceneProgram, ClickDragKeysSnapColourOrderDelete_AreInTheFileThatIsSavedA
     const std::string file = library.beside("made.scene");
     add_model(0);
     ASSERT_TRUE(shows(IDC_PROPERTY_NAME, "ring"));
-    add_model(1);
+    editor.key(VK_DOWN);
+    ASSERT_TRUE(EditorDriver::wait_for([this] { return editor.previewed() == "vase"; }));
+    editor.key(VK_INSERT);
     ASSERT_TRUE(shows(IDC_PROPERTY_NAME, "vase"));
     ASSERT_TRUE(stands_at("150", "0"));
 
