@@ -11,6 +11,7 @@
 namespace {
 
 constexpr ULONGLONG kLimitMs = 10'000;
+constexpr ULONGLONG kSettleMs = 1'000;
 constexpr DWORD kTurnMs = 5;  // between two questions whether a condition holds
 
 void send_mouse(DWORD flags, LONG x = 0, LONG y = 0)
@@ -27,6 +28,29 @@ void send_mouse(DWORD flags, LONG x = 0, LONG y = 0)
 LONG absolute(LONG pixel, int metric)
 {
     return (pixel * 65536 + 32768) / ::GetSystemMetrics(metric);
+}
+
+void send_move(CPoint place)
+{
+    send_mouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, absolute(place.x, SM_CXSCREEN),
+               absolute(place.y, SM_CYSCREEN));
+}
+
+/// Moves the mouse until it stays there: a window that has just come up under it makes the system
+/// tell of where it was before, once more.
+void bring_mouse_to(CPoint place)
+{
+    const ULONGLONG last = ::GetTickCount64() + kSettleMs;
+    for (int looks = 0; looks < 2 && ::GetTickCount64() < last;) {
+        POINT mouse{};
+        if (::GetCursorPos(&mouse) && CPoint(mouse) == place) {
+            ++looks;
+        } else {
+            send_move(place);
+            looks = 0;
+        }
+        ::Sleep(kTurnMs);
+    }
 }
 
 /// One turn of the thread's message loop, with what is in the queue.
@@ -95,10 +119,7 @@ WindowInput& WindowInput::mouse(DWORD flags)
 
 WindowInput& WindowInput::move_to(CPoint place)
 {
-    steps_.emplace_back([place] {
-        send_mouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, absolute(place.x, SM_CXSCREEN),
-                   absolute(place.y, SM_CYSCREEN));
-    });
+    steps_.emplace_back([place] { send_move(place); });
     return *this;
 }
 
@@ -124,7 +145,8 @@ WindowInput& WindowInput::release_right()
 
 WindowInput& WindowInput::click(CPoint place)
 {
-    return move_to(place).press_left().release_left();
+    steps_.emplace_back([place] { bring_mouse_to(place); });
+    return press_left().release_left();
 }
 
 WindowInput& WindowInput::double_click(CPoint place)
@@ -134,7 +156,8 @@ WindowInput& WindowInput::double_click(CPoint place)
 
 WindowInput& WindowInput::right_click(CPoint place)
 {
-    return move_to(place).press_right().release_right();
+    steps_.emplace_back([place] { bring_mouse_to(place); });
+    return press_right().release_right();
 }
 
 WindowInput& WindowInput::keyboard(WORD code, DWORD flags)
