@@ -20,10 +20,15 @@ float dot(const Vector3& a, const Vector3& b)
 
 Vector3 Surface::normal(std::size_t pixel) const
 {
-    const Vector3 ahead{0, 0, 1};
-    const Vector3 unit = normalized(normals[pixel], ahead);
+    Vector3 normal = normals[pixel];
     // At the outline a smoothed normal may point a little away.
-    return unit.z < 0 ? normalized({unit.x, unit.y, 0}, ahead) : unit;
+    normal.z = std::max(normal.z, 0.0f);
+    // Mixed of unit vectors, so that nothing overflows.
+    const float square = dot(normal, normal);
+    if (!(square > 1e-12f))
+        return {0, 0, 1};
+    const float scale = 1 / std::sqrt(square);
+    return {normal.x * scale, normal.y * scale, normal.z * scale};
 }
 
 /// Fills triangles into a surface.
