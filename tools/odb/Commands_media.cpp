@@ -20,6 +20,8 @@ namespace odb {
 
 namespace {
 
+constexpr const char* kNoMovie = "it has no movie";
+
 /// Attaches the attribute to the entry; a library that is open to be written then has it.
 void attach(const OpenedEntry& entry, ODB_ObjectAttribute& attribute)
 {
@@ -65,15 +67,55 @@ ExitCode finish_storing(const OpenedEntry& entry, bool stored, const std::string
     return code;
 }
 
-}  // namespace
-
-ExitCode picture_list(const PictureArguments& arguments, Style style)
+/// Looks at the object's attribute, whether or not it is stored: `look` ends the command.
+template <class Attribute, class Arguments, class Look>
+ExitCode by_reading(const Arguments& arguments, const Look& look)
 {
     const OpenedEntry entry = open_entry_to_read(arguments.file, arguments.name);
     if (!entry)
         return entry.code;
-    ODB_PixelMapAttribute pictures;
-    attach(entry, pictures);
+    Attribute attribute;
+    attach(entry, attribute);
+    return look(entry, attribute);
+}
+
+/// Stores the attribute and what `store` adds to it in one commit; `finish` ends the command.
+template <class Attribute, class Arguments, class Store, class Finish>
+ExitCode by_storing(const Arguments& arguments, const Store& store, const Finish& finish)
+{
+    const OpenedEntry entry = open_entry_to_write(arguments.file, arguments.name);
+    if (!entry)
+        return entry.code;
+    Attribute attribute;
+    {
+        const ResourceFile::CommitScope scope(entry.database());
+        attach(entry, attribute);
+        store(attribute);
+    }
+    return finish(entry, attribute);
+}
+
+/// Removes something of the stored attribute: `remove` gives false when there is nothing to remove.
+template <class Attribute, class Arguments, class Remove>
+ExitCode by_removing(const Arguments& arguments, const std::string& nothing, const Remove& remove)
+{
+    const OpenedEntry entry = open_entry_to_write(arguments.file, arguments.name);
+    if (!entry)
+        return entry.code;
+    const OwnedObject stored(entry.mediator->get_attribute(&Attribute::metaclass_));
+    auto* const attribute = zmr::class_cast<Attribute>(stored.get());
+    if (attribute == nullptr || !remove(entry, *attribute))
+        return refuse_entry(entry, nothing);
+    return finish_writing(entry.database(), entry.file, ExitCode::Done);
+}
+
+[[nodiscard]] bool has_movie(const OpenedEntry& entry, const ODB_MovieAttribute& movie)
+{
+    return entry.database().exist(movie.get_movie_resource_name());
+}
+
+ExitCode list_pictures(const ODB_PixelMapAttribute& pictures, Style style)
+{
     GStringCollection names;
     pictures.get_names(names);
     JsonArrayPrinter list;
@@ -91,42 +133,11 @@ ExitCode picture_list(const PictureArguments& arguments, Style style)
     return ExitCode::Done;
 }
 
-ExitCode picture_add(const PictureArguments& arguments, Style style)
+ExitCode write_picture(const PictureArguments& arguments, const PixelMap& map, Style style)
 {
-    std::string reason;
-    const std::unique_ptr<PixelMap> map = load_picture(arguments.other_file, reason);
-    if (map == nullptr) {
-        complain(fmt::format("{}: {}", arguments.other_file, reason));
-        return ExitCode::Refused;
-    }
-    const OpenedEntry entry = open_entry_to_write(arguments.file, arguments.name);
-    if (!entry)
-        return entry.code;
-    ODB_PixelMapAttribute pictures;
-    {
-        const ResourceFile::CommitScope scope(entry.database());
-        attach(entry, pictures);
-        pictures.add_map(arguments.picture.c_str(), map.get());
-    }
-    return finish_storing(
-        entry, has_picture(pictures, arguments.picture),
-        "the library can't have a picture of that name",
-        {{"name", arguments.picture}, {"size", {map->get_width(), map->get_height()}}}, style);
-}
-
-ExitCode picture_extract(const PictureArguments& arguments, Style style)
-{
-    const OpenedEntry entry = open_entry_to_read(arguments.file, arguments.name);
-    if (!entry)
-        return entry.code;
-    ODB_PixelMapAttribute pictures;
-    attach(entry, pictures);
-    const std::unique_ptr<PixelMap> map(pictures.get_map(arguments.picture.c_str()));
-    if (map == nullptr)
-        return refuse_unreadable(entry, no_picture(arguments));
     if (must_keep_file(arguments.other_file, arguments.overwrite))
         return ExitCode::Refused;
-    if (!PixelMapTools::SaveToFile(map.get(), arguments.other_file.c_str(), arguments.overwrite)) {
+    if (!PixelMapTools::SaveToFile(&map, arguments.other_file.c_str(), arguments.overwrite)) {
         complain(
             fmt::format("{}: it can't be written; pictures are written as png, jpg, bmp and "
                         "tga",
@@ -138,17 +149,65 @@ ExitCode picture_extract(const PictureArguments& arguments, Style style)
     return ExitCode::Done;
 }
 
+ExitCode write_movie(const MovieArguments& arguments, const OpenedEntry& entry,
+                     const ODB_MovieAttribute& movie, Style style)
+{
+    if (must_keep_file(arguments.other_file, arguments.overwrite))
+        return ExitCode::Refused;
+    if (!movie.extract_movie(arguments.other_file.c_str()))
+        return refuse_unreadable(entry, fmt::format("{} can't be written", arguments.other_file));
+    const std::uint64_t bytes = bytes_of_file(arguments.other_file);
+    if (style == Style::Json)
+        print(json_text({{"file", arguments.other_file}, {"bytes", bytes}}) + "\n");
+    return ExitCode::Done;
+}
+
+}  // namespace
+
+ExitCode picture_list(const PictureArguments& arguments, Style style)
+{
+    return by_reading<ODB_PixelMapAttribute>(
+        arguments,
+        [&](const OpenedEntry&, const auto& pictures) { return list_pictures(pictures, style); });
+}
+
+ExitCode picture_add(const PictureArguments& arguments, Style style)
+{
+    std::string reason;
+    const std::unique_ptr<PixelMap> map = load_picture(arguments.other_file, reason);
+    if (map == nullptr) {
+        complain(fmt::format("{}: {}", arguments.other_file, reason));
+        return ExitCode::Refused;
+    }
+    return by_storing<ODB_PixelMapAttribute>(
+        arguments, [&](auto& pictures) { pictures.add_map(arguments.picture.c_str(), map.get()); },
+        [&](const OpenedEntry& entry, const auto& pictures) {
+            return finish_storing(
+                entry, has_picture(pictures, arguments.picture),
+                "the library can't have a picture of that name",
+                {{"name", arguments.picture}, {"size", {map->get_width(), map->get_height()}}},
+                style);
+        });
+}
+
+ExitCode picture_extract(const PictureArguments& arguments, Style style)
+{
+    return by_reading<ODB_PixelMapAttribute>(
+        arguments, [&](const OpenedEntry& entry, const auto& pictures) {
+            const std::unique_ptr<PixelMap> map(pictures.get_map(arguments.picture.c_str()));
+            return map == nullptr ? refuse_unreadable(entry, no_picture(arguments))
+                                  : write_picture(arguments, *map, style);
+        });
+}
+
 ExitCode picture_remove(const PictureArguments& arguments, Style)
 {
-    const OpenedEntry entry = open_entry_to_write(arguments.file, arguments.name);
-    if (!entry)
-        return entry.code;
-    const OwnedObject stored(entry.mediator->get_attribute(&ODB_PixelMapAttribute::metaclass_));
-    auto* const pictures = zmr::class_cast<ODB_PixelMapAttribute>(stored.get());
-    if (pictures == nullptr || !has_picture(*pictures, arguments.picture))
-        return refuse_entry(entry, no_picture(arguments));
-    pictures->remove_map(arguments.picture.c_str());
-    return finish_writing(entry.database(), arguments.file, ExitCode::Done);
+    return by_removing<ODB_PixelMapAttribute>(
+        arguments, no_picture(arguments), [&](const OpenedEntry&, auto& pictures) {
+            const bool has = has_picture(pictures, arguments.picture);
+            pictures.remove_map(arguments.picture.c_str());
+            return has;
+        });
 }
 
 ExitCode movie_set(const MovieArguments& arguments, Style style)
@@ -158,51 +217,33 @@ ExitCode movie_set(const MovieArguments& arguments, Style style)
         complain(fmt::format("{}: it is missing, empty or can't be read", arguments.other_file));
         return ExitCode::Refused;
     }
-    const OpenedEntry entry = open_entry_to_write(arguments.file, arguments.name);
-    if (!entry)
-        return entry.code;
-    ODB_MovieAttribute movie;
-    {
-        const ResourceFile::CommitScope scope(entry.database());
-        attach(entry, movie);
-        movie.set_movie(arguments.other_file.c_str());
-    }
-    return finish_storing(entry, entry.database().exist(movie.get_movie_resource_name()),
-                          fmt::format("{} can't be stored as its movie", arguments.other_file),
-                          {{"path", entry.name.text()}, {"bytes", bytes}}, style);
+    return by_storing<ODB_MovieAttribute>(
+        arguments, [&](auto& movie) { movie.set_movie(arguments.other_file.c_str()); },
+        [&](const OpenedEntry& entry, const auto& movie) {
+            return finish_storing(
+                entry, has_movie(entry, movie),
+                fmt::format("{} can't be stored as its movie", arguments.other_file),
+                {{"path", entry.name.text()}, {"bytes", bytes}}, style);
+        });
 }
 
 ExitCode movie_extract(const MovieArguments& arguments, Style style)
 {
-    const OpenedEntry entry = open_entry_to_read(arguments.file, arguments.name);
-    if (!entry)
-        return entry.code;
-    ODB_MovieAttribute movie;
-    attach(entry, movie);
-    if (!entry.database().exist(movie.get_movie_resource_name()))
-        return refuse_entry(entry, "it has no movie");
-    if (must_keep_file(arguments.other_file, arguments.overwrite))
-        return ExitCode::Refused;
-    if (!movie.extract_movie(arguments.other_file.c_str()))
-        return refuse_unreadable(entry, fmt::format("{} can't be written", arguments.other_file));
-    if (style == Style::Json)
-        print(json_text({{"file", arguments.other_file},
-                         {"bytes", bytes_of_file(arguments.other_file)}}) +
-              "\n");
-    return ExitCode::Done;
+    return by_reading<ODB_MovieAttribute>(
+        arguments, [&](const OpenedEntry& entry, const auto& movie) {
+            return has_movie(entry, movie) ? write_movie(arguments, entry, movie, style)
+                                           : refuse_entry(entry, kNoMovie);
+        });
 }
 
 ExitCode movie_remove(const MovieArguments& arguments, Style)
 {
-    const OpenedEntry entry = open_entry_to_write(arguments.file, arguments.name);
-    if (!entry)
-        return entry.code;
-    const OwnedObject stored(entry.mediator->get_attribute(&ODB_MovieAttribute::metaclass_));
-    auto* const movie = zmr::class_cast<ODB_MovieAttribute>(stored.get());
-    if (movie == nullptr || !entry.database().exist(movie->get_movie_resource_name()))
-        return refuse_entry(entry, "it has no movie");
-    movie->set_movie(nullptr);
-    return finish_writing(entry.database(), arguments.file, ExitCode::Done);
+    return by_removing<ODB_MovieAttribute>(arguments, kNoMovie,
+                                           [&](const OpenedEntry& entry, auto& movie) {
+                                               const bool has = has_movie(entry, movie);
+                                               movie.set_movie(nullptr);
+                                               return has;
+                                           });
 }
 
 }  // namespace odb
