@@ -1,11 +1,13 @@
 #include "settings/RegistryManager.h"
 
+#include "platform/StringTable.h"
 #include "settings/SettingsBatch.h"
 #include "tests/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -131,6 +133,22 @@ TEST(RegistryManager, SetRegistryKeyOfAMissingText_IsEmpty)
 
     EXPECT_STREQ(manager.GetRegistryKey(), "");
     EXPECT_STREQ(manager.GetProfileName(), "app");
+}
+
+TEST(RegistryManager, SetRegistryKeyOfATextOfTheProgram_IsCutTo255Bytes)
+{
+    const auto former = zmr::set_string_lookup([](UINT id, std::string& text) {
+        text = id == 50'001 ? "Company" : std::string(400, 'c');
+        return id == 50'001 || id == 50'002;
+    });
+    RegistryManager manager;
+    manager.Initialize(nullptr, "app");
+    manager.SetRegistryKey(50'001u);
+    EXPECT_STREQ(manager.GetRootKey(), "software\\Company\\app");
+    manager.SetRegistryKey(50'002u);
+    zmr::set_string_lookup(former);
+
+    EXPECT_EQ(manager.GetRegistryKey().view(), std::string(255, 'c'));
 }
 
 TEST(RegistryManager, Copies_ShareTheNamesOfThatMoment)

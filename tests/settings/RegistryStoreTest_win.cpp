@@ -1,6 +1,7 @@
 #include "settings/RegistryManager.h"
 
 #include "platform/Handles.h"
+#include "settings/LibraryIds.h"
 
 #include <gtest/gtest.h>
 
@@ -146,6 +147,16 @@ TEST_F(RegistryManagerInTheRegistry, MinusOne_ComesBackThrough32Bits)
 
     EXPECT_EQ(manager_.GetProfileIntA("s", "e", 0), 4294967295u);
     EXPECT_EQ(static_cast<std::int32_t>(manager_.GetProfileIntA("s", "e", 0)), -1);
+}
+
+TEST_F(RegistryManagerInTheRegistry, SectionOfATextOfTheLibrary_IsThatText)
+{
+    manager_.SetSection(unsigned{ZMR_IDS_FAULT});
+    const std::string section = manager_.GetSection();
+
+    EXPECT_FALSE(section.empty());
+    EXPECT_TRUE(manager_.WriteProfileInt("e", 1));
+    EXPECT_EQ(manager_.GetProfileIntA(section.c_str(), "e", 0), 1u);
 }
 
 TEST_F(RegistryManagerInTheRegistry, TextReadAsAnInteger_IsItsFirstFourBytesOrTheDefault)
