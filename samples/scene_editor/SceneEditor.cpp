@@ -1,13 +1,14 @@
 #include "scene_editor/SceneEditor.h"
 
-#include "foundation/GDynamicLinkLibrary.h"
 #include "platform/PlatformIds.h"
 #include "scene_editor/EditorFrame.h"
 #include "scene_editor/core/CommandLine.h"
+#include "scene_editor/resource.h"
 
-BEGIN_MESSAGE_MAP(SceneEditor, CWinApp)
+BEGIN_MESSAGE_MAP(SceneEditor, GWinApp)
     ON_COMMAND(ID_APP_ABOUT, &SceneEditor::OnAppAbout)
     ON_COMMAND(ID_APP_EXIT, &SceneEditor::OnAppExit)
+    ON_COMMAND_RANGE(ID_PROVOKE_FIRST, ID_PROVOKE_LAST, &SceneEditor::OnProvoke)
 END_MESSAGE_MAP()
 
 namespace {
@@ -23,14 +24,17 @@ SceneEditor& the_editor()
     return g_editor;
 }
 
-SceneEditor::SceneEditor() : CWinApp("Scene Editor") {}
-
-SceneEditor::~SceneEditor() = default;
+SceneEditor::SceneEditor()
+{
+    m_pszAppName = "Scene Editor";
+}
 
 BOOL SceneEditor::InitInstance()
 {
+    if (!GWinApp::InitInstance())
+        return FALSE;
     // Without the module libraries open all the same; its objects then show their icons only.
-    scene_module_ = std::make_unique<GDynamicLinkLibrary>(kSceneModule, 0);
+    load_external_modules(kSceneModule, nullptr);
 
     auto* const frame = new EditorFrame;  // deletes itself with its window
     if (!frame->create())
@@ -53,7 +57,7 @@ BOOL SceneEditor::PumpMessage()
     while (!::PeekMessage(&next, nullptr, 0, 0, PM_NOREMOVE))
         ::WaitMessage();
     holds.begin(Clock::now(), next.message);
-    const BOOL goes_on = CWinApp::PumpMessage();
+    const BOOL goes_on = GWinApp::PumpMessage();
     holds.end(Clock::now());
     return goes_on;
 }
@@ -61,8 +65,11 @@ BOOL SceneEditor::PumpMessage()
 BOOL SceneEditor::OnIdle(LONG count)
 {
     using Clock = editor::HoldTimes::Clock;
+    // A turn above 0 sleeps; one inside a loop of the system's own is a part of that.
+    if (count > 0 || holds.is_paused())
+        return GWinApp::OnIdle(count);
     holds.begin(Clock::now(), WM_NULL);
-    const BOOL goes_on = CWinApp::OnIdle(count);
+    const BOOL goes_on = GWinApp::OnIdle(count);
     holds.end(Clock::now());
     return goes_on;
 }
@@ -70,7 +77,7 @@ BOOL SceneEditor::OnIdle(LONG count)
 int SceneEditor::DoMessageBox(LPCTSTR text, UINT type, UINT help)
 {
     const editor::SystemLoop loop;
-    return CWinApp::DoMessageBox(text, type, help);
+    return GWinApp::DoMessageBox(text, type, help);
 }
 
 void SceneEditor::OnAppAbout()

@@ -1,18 +1,13 @@
 #pragma once
 
-#include "platform/CWinApp.h"
+#include "app/GWinApp.h"
 #include "scene_editor/core/HoldTimes.h"
-
-#include <memory>
-
-class GDynamicLinkLibrary;
 
 /// The program: it loads the module with the classes of scenes, opens the main window on the file
 /// named on the command line, and measures how long each turn of its loop holds that window.
-class SceneEditor : public CWinApp {
+class SceneEditor : public GWinApp {
 public:
     SceneEditor();
-    ~SceneEditor() override;
 
     BOOL InitInstance() override;
     BOOL PumpMessage() override;
@@ -24,9 +19,8 @@ public:
 protected:
     DECLARE_MESSAGE_MAP()
     void OnAppAbout();
-
-private:
-    std::unique_ptr<GDynamicLinkLibrary> scene_module_;
+    /// Does what a faulty handler does, to show that the program outlives it.
+    void OnProvoke(UINT id);
 };
 
 /// The program's object.

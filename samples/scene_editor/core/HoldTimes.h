@@ -25,6 +25,7 @@ public:
     void pause(Time now);
     /// The loop is over. What follows is a turn of its own.
     void resume(Time now);
+    [[nodiscard]] bool is_paused() const { return runs_ && pauses_ > 0; }
     /// Forgets all but the turn that is under way.
     void reset();
 
