@@ -8,6 +8,7 @@
 #include "odb/ODB_ReferenceToObject.h"
 #include "store/GObjectFilePlacement.h"
 #include "store/GObjectPlace.h"
+#include "store/LibraryFile.h"
 #include "store/ResourceFileServer.h"
 
 #include <gtest/gtest.h>
@@ -154,6 +155,27 @@ TEST(ODB_ObjectPlacement, Put_FileThatCannotBeWritten_IsFalseAndNothingIsWritten
 
     std::ifstream in(folder.file("text.odb"));
     EXPECT_EQ((std::string{std::istreambuf_iterator<char>(in), {}}), "no library");
+}
+
+TEST(ODB_ObjectPlacement, LibraryThatAnotherProcessWrites_IsReadAndNotWritten)
+{
+    OdbTest test;
+    test.add("lamp", "a lamp");
+    test.database.close();
+    zmr::LibraryFile writer;  // to this process as another one
+    ASSERT_EQ(writer.open(test.file(), zmr::LibraryAccess::Write).status,
+              zmr::LibraryOpenStatus::Ok);
+    const GObjectPlace place = place_in(test.file(), "lamp");
+    TestNote object("new");
+
+    EXPECT_FALSE(place.put(&object, false));
+    EXPECT_FALSE(place.remove());
+    EXPECT_FALSE(place.copy_to(place_in(test.file(), "copy")));
+
+    EXPECT_EQ(note_at(place), "a lamp");
+    writer.close();
+    EXPECT_TRUE(place.put(&object, false));
+    EXPECT_EQ(note_at(place), "new");
 }
 
 TEST(ODB_ObjectPlacement, Remove_TakesTheEntry_AndTellsOnlyWhetherTheFileIsFine)

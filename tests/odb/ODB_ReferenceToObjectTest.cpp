@@ -374,6 +374,26 @@ TEST(ODB_ReferenceToObject, SetIcon_HostAttachedToAReadingClient_IsKeptToo)
     EXPECT_EQ(b.get_mediator(GString("lamp"))->get_icon()->get_width(), 12);
 }
 
+TEST(ODB_ReferenceToObject, SetIcon_WhileAnotherProcessWritesTheLibrary_IsNotKeptAndGoesOnReading)
+{
+    const Libraries libraries;
+    libraries.make("b.odb", "lamp", "a lamp");
+    ObjectDatabase a(libraries.file("a.odb").c_str(), GIO::OpenReadWrite);
+    add_reference(a, "also", libraries.file("b.odb"), "lamp");
+    {
+        zmr::LibraryFile writer;  // to this process as another one
+        ASSERT_EQ(writer.open(libraries.file("b.odb"), zmr::LibraryAccess::Write).status,
+                  zmr::LibraryOpenStatus::Ok);
+
+        reference(a, "also")->set_icon(new_icon(13));
+
+        EXPECT_EQ(OdbTest::note_of(a, "also"), "a lamp");
+    }
+    a.close();
+    ObjectDatabase b(libraries.file("b.odb").c_str(), GIO::OpenRead);
+    EXPECT_EQ(b.get_mediator(GString("lamp"))->get_icon(), nullptr);
+}
+
 TEST(ODB_ReferenceToObject, Attributes_AreItsOwn)
 {
     OdbTest test;
