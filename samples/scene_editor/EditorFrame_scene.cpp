@@ -165,7 +165,7 @@ void EditorFrame::OnViewPart(UINT id)
     bool& other = id == ID_VIEW_SCENE ? shown_.library : shown_.scene;
     part = !part;
     // One of the two is always seen.
-    if (!part && (!other && (id == ID_VIEW_SCENE || document_.root() != nullptr)))
+    if (!part && !other)
         other = true;
     RecalcLayout();
     const std::vector<HWND> panes = panes_in_order();

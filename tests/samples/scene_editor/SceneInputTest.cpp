@@ -15,7 +15,7 @@ TEST(SceneInput, MouseMessages_BecomeEventsOfTheirKinds)
     EXPECT_EQ(press.mouse.x0, 30);
     EXPECT_EQ(press.mouse.y0, -4);
     EXPECT_EQ(press.mouse.word0, scene::kLeftButton);
-    EXPECT_EQ(press.mouse.word1, GEvent::shift_down);
+    EXPECT_EQ(press.mouse.word1, ShiftState{GEvent::shift_down});
 
     EXPECT_EQ(editor::mouse_event(MouseMessage::Release, 0, 0, 0).what, scene::kMouseRelease);
     const GEvent move = editor::mouse_event(
@@ -25,7 +25,7 @@ TEST(SceneInput, MouseMessages_BecomeEventsOfTheirKinds)
     const GEvent wheel = editor::mouse_event(MouseMessage::Wheel, editor::kControlKey, 1, 2, -240);
     EXPECT_EQ(wheel.what, scene::kMouseWheel);
     EXPECT_EQ(wheel.mouse.y1, -240);
-    EXPECT_EQ(wheel.mouse.word1, GEvent::control_down);
+    EXPECT_EQ(wheel.mouse.word1, ShiftState{GEvent::control_down});
 }
 
 TEST(SceneInput, MouseKinds_AreInputAndPositional)
