@@ -405,8 +405,10 @@ TEST(MoviePlay, LibraryOfAnotherExtension_NeedsItsOwnRegistration)
 
     ODB_MovieAttribute::RegisterIOProc("shelf");
 
-    const OpenedByLayer movie(name, MMIO_READ);
-    EXPECT_NE(movie.handle, nullptr);
-    zmr::remove_movie_procedures();
+    {
+        const OpenedByLayer movie(name, MMIO_READ);
+        EXPECT_NE(movie.handle, nullptr);
+    }
+    zmr::remove_movie_procedures();  // which the layer refuses while a movie is open
     ODB_MovieAttribute::RegisterIOProc("odb");
 }
