@@ -38,10 +38,11 @@ struct GFlateBufferedIO::State {
 };
 
 GFlateBufferedIO::GFlateBufferedIO(GAbstractBufferedIO* lower, int level)
-    : state_(std::make_unique_for_overwrite<State>())
 {
     assert(lower != nullptr);
-    state_->lower.reset(lower);
+    std::unique_ptr<GAbstractBufferedIO> taken(lower);
+    state_ = std::make_unique_for_overwrite<State>();
+    state_->lower = std::move(taken);
     state_->level = level >= 0 && level <= kHighestLevel ? level : kDefaultLevel;
     cursor_ = limit_ = state_->window;
 }

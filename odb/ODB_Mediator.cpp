@@ -15,6 +15,10 @@ G_DEFINE_CLASS(ODB_Mediator, GStreamable);
 
 namespace {
 
+struct Destroyer {
+    void operator()(GStreamable* object) const { GStreamable::Destroy(object); }
+};
+
 constexpr unsigned char kVersion = 3;  // 3: nothing behind the class name
 
 /// The items that older versions carried behind the class name. They are dropped: attributes are
@@ -180,8 +184,11 @@ void ODB_Mediator::get_attributes(ODB_AttributesArray& result)
     result.empty();
     result.owns_items = 1;
     for (GResourceTypeIterator type(*DB_, DB_resname_.path()); type.index >= 0; --type) {
-        if (ODB_ObjectAttribute* const attribute = get_attribute(type.element()))
-            result.v_insert(attribute);
+        std::unique_ptr<ODB_ObjectAttribute, Destroyer> attribute(get_attribute(type.element()));
+        if (attribute == nullptr)
+            continue;
+        result.v_insert(attribute.get());
+        static_cast<void>(attribute.release());
     }
 }
 
@@ -189,11 +196,13 @@ void ODB_Mediator::set_attribute(ODB_ObjectAttribute* attribute, bool delete_it)
 {
     if (attribute == nullptr)
         return;
-    DB_->put(attribute, resource_of_type(GString(attribute->getClassName())), false);
-    if (delete_it)
-        GStreamable::Destroy(attribute);
-    else
+    if (!delete_it) {
+        DB_->put(attribute, resource_of_type(GString(attribute->getClassName())), false);
         attribute->set_mediator(this);
+        return;
+    }
+    const std::unique_ptr<ODB_ObjectAttribute, Destroyer> taken(attribute);
+    DB_->put(attribute, resource_of_type(GString(attribute->getClassName())), false);
 }
 
 void ODB_Mediator::remove_attribute(const GMetaClass* attribute_class)

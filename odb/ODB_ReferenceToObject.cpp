@@ -11,6 +11,10 @@ G_DEFINE_CLASS(ODB_ReferenceToObject, ODB_Mediator);
 
 namespace {
 
+struct Destroyer {
+    void operator()(GStreamable* object) const { GStreamable::Destroy(object); }
+};
+
 constexpr unsigned char kVersion = 2;  // 2: the byte for references within one library
 
 /// Attaching a reference loads the next one, which is attached in its turn. So many may be nested;
@@ -179,10 +183,9 @@ ODB_Mediator* ODB_ReferenceToObject::host_to_write() const
 
 void ODB_ReferenceToObject::set_icon(PixelMap* map)
 {
+    std::unique_ptr<PixelMap, Destroyer> taken(map);
     if (ODB_Mediator* const host = host_to_write())
-        host->set_icon(map);
-    else
-        GStreamable::Destroy(map);
+        host->set_icon(taken.release());
 }
 
 const PixelMap* ODB_ReferenceToObject::get_icon() const

@@ -10,6 +10,7 @@
 #include "store/GResourceIterators.h"
 #include "store/ResourceFileServer.h"
 
+#include <new>
 #include <utility>
 
 G_DEFINE_CLASS(ObjectDatabase, ResourceFile);
@@ -28,8 +29,9 @@ const GCallBackReason ObjectDatabase::Reason_MediatorModified;
 
 ObjectDatabase::ObjectDatabase(const char* file, GIO::IOOpenMode mode) : ResourceFile(file, mode)
 {
-    ResourceFile::RegisterCallback(Reason_DirectoryRenamed, &ResFileCallBackFunc, this);
     ResourceFile::set_type(MediatorResourceType);
+    // Last: what throws behind it would leave a callback to an object that never came to be.
+    ResourceFile::RegisterCallback(Reason_DirectoryRenamed, &ResFileCallBackFunc, this);
 }
 
 ObjectDatabase::ObjectDatabase(const ObjectDatabase& other) : ResourceFile(other)
@@ -120,6 +122,18 @@ bool ObjectDatabase::object_exists(const GResourceFullName& name) const
     return ResourceFile::exist(name);
 }
 
+template <typename Steps>
+void ObjectDatabase::change_whole(const Steps& steps)
+{
+    const CommitScope scope(*this);
+    try {
+        steps();
+    } catch (const std::bad_alloc&) {
+        give_up_changes();
+        throw;
+    }
+}
+
 bool ObjectDatabase::can_hold(const GResourceFullName& name) const
 {
     zmr::LibraryPath path;
@@ -146,20 +160,21 @@ void ObjectDatabase::append_object(const GStreamable* object, const GResourceFul
         GStreamable::Destroy(mediator);
         return;
     }
-    const CommitScope scope(*this);
     ODB_Mediator* const made = mediator == nullptr ? new ODB_InternalObject : nullptr;
     ODB_Mediator* const storing = made != nullptr ? made : mediator;
-    const bool is_held = get_mediator(place) == storing;
     try {
-        attach_object_to_DB(storing, place);
-        storing->store_object(object);
+        change_whole([&] {
+            attach_object_to_DB(storing, place);
+            storing->store_object(object);
+            ResourceFile::put(storing, place, true);
+        });
     } catch (...) {
-        if (made == nullptr && !is_held)
+        if (!is_loaded(storing)) {
             storing->set_DB(nullptr);  // it stays the caller's, who may outlive this database
-        GStreamable::Destroy(made);
+            GStreamable::Destroy(made);
+        }
         throw;
     }
-    ResourceFile::put(storing, place, true);
 }
 
 GStreamable* ObjectDatabase::get_object(const GString& name)
@@ -200,14 +215,15 @@ void ObjectDatabase::remove_object(const GResourceFullName& name)
     if (mediator == nullptr)
         return;
     GResourceFullName resource = name;
-    const CommitScope scope(*this);
-    mediator->remove_all();
-    for (GResourceTypeIterator type(*this, resource.path()); type.index >= 0; --type) {
-        if (type.element() == ODB_IconResourceType)
-            continue;
-        resource.type = type.element();
-        ResourceFile::remove(resource);
-    }
+    change_whole([&] {
+        mediator->remove_all();
+        for (GResourceTypeIterator type(*this, resource.path()); type.index >= 0; --type) {
+            if (type.element() == ODB_IconResourceType)
+                continue;
+            resource.type = type.element();
+            ResourceFile::remove(resource);
+        }
+    });
 }
 
 void ObjectDatabase::rename_object(const GString& from, const GString& to)
@@ -231,13 +247,14 @@ void ObjectDatabase::rename_object(const GResourceFullName& from, const GResourc
         return;
     GResourceFullName source = from;
     GResourceFullName target = to;
-    const CommitScope scope(*this);
-    mediator->set_DB_resname(target);
-    for (GResourceTypeIterator type(*this, source.path()); type.index >= 0; --type) {
-        source.type = type.element();
-        target.type = type.element();
-        ResourceFile::rename(source, target);
-    }
+    change_whole([&] {
+        mediator->set_DB_resname(target);
+        for (GResourceTypeIterator type(*this, source.path()); type.index >= 0; --type) {
+            source.type = type.element();
+            target.type = type.element();
+            ResourceFile::rename(source, target);
+        }
+    });
 }
 
 void ObjectDatabase::copy_object_to(const GString& from, ObjectDatabase& target, const GString& to)
@@ -265,19 +282,26 @@ void ObjectDatabase::copy_object_to(const GResourceFullName& from, ObjectDatabas
         return;
     GResourceFullName source_name = from;
     GResourceFullName target_name = to;
-    const CommitScope scope(target);
     auto* const copy = static_cast<ODB_Mediator*>(source->clone(true));
     if (copy == nullptr)
         return;
-    target.attach_object_to_DB(copy, target_name);
-    copy->copy_object_from(*source);
-    target.put(copy, target_name, true);
-    for (GResourceTypeIterator type(*this, source_name.path()); type.index >= 0; --type) {
-        if (IsMediatorType(type.element()))
-            continue;
-        source_name.type = type.element();
-        target_name.type = type.element();
-        target.copy_from(target_name, *this, source_name);
+    try {
+        target.change_whole([&] {
+            target.attach_object_to_DB(copy, target_name);
+            copy->copy_object_from(*source);
+            target.put(copy, target_name, true);
+            for (GResourceTypeIterator type(*this, source_name.path()); type.index >= 0; --type) {
+                if (IsMediatorType(type.element()))
+                    continue;
+                source_name.type = type.element();
+                target_name.type = type.element();
+                target.copy_from(target_name, *this, source_name);
+            }
+        });
+    } catch (...) {
+        if (!target.is_loaded(copy))
+            GStreamable::Destroy(copy);
+        throw;
     }
 }
 
@@ -370,13 +394,14 @@ void ObjectDatabase::empty()
 {
     if (!is_writable())
         return;
-    const CommitScope scope(*this);
-    ODB_MediatorsArray contents;
-    get_contents(GResourcePath(), contents, true);
-    for (long i = contents.count - 1; i >= 0; --i)
-        contents.at(i).remove_all();
-    options_ = nullptr;
-    ResourceFile::empty();
+    change_whole([this] {
+        ODB_MediatorsArray contents;
+        get_contents(GResourcePath(), contents, true);
+        for (long i = contents.count - 1; i >= 0; --i)
+            contents.at(i).remove_all();
+        options_ = nullptr;
+        ResourceFile::empty();
+    });
 }
 
 void ObjectDatabase::shrink_filename(GFile& file) const
@@ -389,6 +414,21 @@ void ObjectDatabase::shrink_filename(GFile& file) const
 bool ObjectDatabase::IsMediatorType(const GString& type)
 {
     return type == MediatorResourceType;
+}
+
+bool ObjectDatabase::is_loaded(const ODB_Mediator* mediator) const
+{
+    struct Search {
+        const ODB_Mediator* wanted;
+        bool found = false;
+    } search{mediator};
+    visit_loaded(
+        [](GStreamable* instance, void* user) {
+            auto* const one = static_cast<Search*>(user);
+            one->found = one->found || zmr::class_cast<ODB_Mediator>(instance) == one->wanted;
+        },
+        &search);
+    return search.found;
 }
 
 void ObjectDatabase::attach_object_to_DB(ODB_Mediator* mediator, const GResourceFullName& name)
@@ -405,8 +445,13 @@ void ObjectDatabase::attach_mediator_to_DB(ODB_Mediator* mediator, const GResour
 {
     if (mediator == nullptr)
         return;
-    mediator->set_DB(this);
-    mediator->set_DB_resname(name);
+    try {
+        mediator->set_DB(this);
+        mediator->set_DB_resname(name);
+    } catch (...) {
+        mediator->ODB_Mediator::set_DB(nullptr);  // whoever asks for it next attaches it again
+        throw;
+    }
 }
 
 void ObjectDatabase::notify_about_mediator_modification(ODB_Mediator* mediator)

@@ -152,6 +152,13 @@ private:
                                                         const GResourceFullName& name);
     void collect_mediators(const GResourcePath& path, bool recursive,
                            std::vector<ODB_Mediator*>& mediators);
+    /// Runs the steps of one change in one commit. When memory runs out among them, none of them is
+    /// kept: the library has failed then, and what it held at the last commit is what is seen.
+    template <typename Steps>
+    void change_whole(const Steps& steps);
+    /// Whether the file holds that very mediator. Linear in what is in memory, of which it takes
+    /// none.
+    [[nodiscard]] bool is_loaded(const ODB_Mediator* mediator) const;
     void attach_object_to_DB(ODB_Mediator* mediator, const GResourceFullName& name);
     void attach_mediator_to_DB(ODB_Mediator* mediator, const GResourceFullName& name);
     void notify_about_mediator_modification(ODB_Mediator* mediator);
@@ -165,6 +172,8 @@ private:
     static std::shared_ptr<ObjectDatabase> OpenForReferences(const GFile& file,
                                                              const ObjectDatabase& holder);
     std::vector<ODB_Mediator*> attached_mediators();
+    void hand_mediators_over();
+    void detach_mediators();
     [[nodiscard]] std::shared_ptr<ObjectDatabase> find_heir() const;
     void end_circle();
     ODB_Options* get_DB_options() const;

@@ -12,6 +12,7 @@
 #include "store/ResourceFileServer.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace {
@@ -65,23 +66,48 @@ void ObjectDatabase::close()
 {
     if (server != nullptr && !closing_) {
         closing_ = true;
-        if (!leaving_) {
-            leaving_ = true;
-            end_circle();
-        }
-        // Loaded mediators outlive this client, because the server holds them.
-        const std::vector<ODB_Mediator*> attached = attached_mediators();
-        for (std::size_t i = attached.size(); i > 0; --i)
-            attached[i - 1]->set_DB(nullptr);
-        if (const std::shared_ptr<ObjectDatabase> heir = find_heir()) {
-            for (std::size_t i = attached.size(); i > 0; --i)
-                attached[i - 1]->set_DB(heir.get());
+        try {
+            hand_mediators_over();
+        } catch (const std::bad_alloc&) {
+            detach_mediators();  // whoever asks for them next attaches them again
         }
         closing_ = false;
         leaving_ = false;
     }
     options_ = nullptr;
     ResourceFile::close();
+}
+
+void ObjectDatabase::hand_mediators_over()
+{
+    if (!leaving_) {
+        leaving_ = true;
+        end_circle();
+    }
+    // Loaded mediators outlive this client, because the server holds them.
+    const std::vector<ODB_Mediator*> attached = attached_mediators();
+    for (std::size_t i = attached.size(); i > 0; --i)
+        attached[i - 1]->set_DB(nullptr);
+    if (const std::shared_ptr<ObjectDatabase> heir = find_heir()) {
+        for (std::size_t i = attached.size(); i > 0; --i)
+            attached[i - 1]->set_DB(heir.get());
+    }
+}
+
+void ObjectDatabase::detach_mediators()
+{
+    visit_loaded(
+        [](GStreamable* instance, void* user) {
+            auto* const mediator = zmr::class_cast<ODB_Mediator>(instance);
+            if (mediator == nullptr || mediator->get_DB() != user)
+                return;
+            try {
+                mediator->set_DB(nullptr);
+            } catch (const std::bad_alloc&) {
+                mediator->ODB_Mediator::set_DB(nullptr);
+            }
+        },
+        this);
 }
 
 std::vector<ODB_Mediator*> ObjectDatabase::attached_mediators()

@@ -1,6 +1,8 @@
 #include "store/LibraryState.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <new>
 #include <utility>
 
 // Commits, roots, and the space that they take and give up.
@@ -64,6 +66,28 @@ bool LibraryState::commit_if_due()
 }
 
 bool LibraryState::commit_now(bool root)
+{
+    try {
+        return write_commit(root);
+    } catch (const std::bad_alloc&) {
+        fail();
+        return false;
+    }
+}
+
+void LibraryState::fail() noexcept
+{
+    storage.set_error({FileErrorKind::Other, ENOMEM});
+    try {
+        go_back();
+    } catch (const std::bad_alloc&) {
+        storage.restart_at(kDataStart);
+        index.reset({});
+        space_loaded_ = true;
+    }
+}
+
+bool LibraryState::write_commit(bool root)
 {
     if (!writable || storage.error())
         return false;

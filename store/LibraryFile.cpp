@@ -111,7 +111,7 @@ std::string LibraryFile::file_kind() const
 bool LibraryFile::set_file_kind(std::string_view kind)
 {
     const Lock lock(state_->mutex);
-    return state_->set_file_kind(kind);
+    return state_->change([&] { return state_->set_file_kind(kind); });
 }
 
 bool LibraryFile::exists(const LibraryPath& path, std::string_view name,
@@ -151,14 +151,16 @@ bool LibraryFile::put(const LibraryPath& path, std::string_view name, std::strin
                       ContentKind kind, std::string_view label, std::span<const std::byte> bytes)
 {
     const Lock lock(state_->mutex);
-    return state_->put(path, {type, name}, kind, label, view(bytes));
+    return state_->change([&] {
+        return state_->put(path, {type, name}, kind, label, view(bytes));
+    });
 }
 
 bool LibraryFile::put_from(const LibraryPath& path, std::string_view name, std::string_view type,
                            std::string_view label, const LibrarySource& source)
 {
     const Lock lock(state_->mutex);
-    return state_->put_from(path, {type, name}, label, source);
+    return state_->change([&] { return state_->put_from(path, {type, name}, label, source); });
 }
 
 bool LibraryFile::copy_from(const LibraryPath& path, std::string_view name, std::string_view type,
@@ -167,16 +169,22 @@ bool LibraryFile::copy_from(const LibraryPath& path, std::string_view name, std:
 {
     if (&source == this) {
         const Lock lock(state_->mutex);
-        return state_->copy_from(path, {type, name}, *state_, from_path, {from_type, from_name});
+        return state_->change([&] {
+            return state_->copy_from(path, {type, name}, *state_, from_path,
+                                     {from_type, from_name});
+        });
     }
     const std::scoped_lock locks(state_->mutex, source.state_->mutex);
-    return state_->copy_from(path, {type, name}, *source.state_, from_path, {from_type, from_name});
+    return state_->change([&] {
+        return state_->copy_from(path, {type, name}, *source.state_, from_path,
+                                 {from_type, from_name});
+    });
 }
 
 bool LibraryFile::remove(const LibraryPath& path, std::string_view name, std::string_view type)
 {
     const Lock lock(state_->mutex);
-    return state_->remove(path, {type, name});
+    return state_->change([&] { return state_->remove(path, {type, name}); });
 }
 
 bool LibraryFile::rename(const LibraryPath& path, std::string_view name, std::string_view type,
@@ -184,19 +192,21 @@ bool LibraryFile::rename(const LibraryPath& path, std::string_view name, std::st
                          std::string_view to_type)
 {
     const Lock lock(state_->mutex);
-    return state_->rename(path, {type, name}, to_path, {to_type, to_name});
+    return state_->change([&] {
+        return state_->rename(path, {type, name}, to_path, {to_type, to_name});
+    });
 }
 
 bool LibraryFile::rename_directory(const LibraryPath& from, const LibraryPath& to)
 {
     const Lock lock(state_->mutex);
-    return state_->rename_directory(from, to);
+    return state_->change([&] { return state_->rename_directory(from, to); });
 }
 
 bool LibraryFile::clear()
 {
     const Lock lock(state_->mutex);
-    return state_->clear();
+    return state_->change([&] { return state_->clear(); });
 }
 
 void LibraryFile::visit(const LibraryPath& path, std::string_view type,
@@ -292,6 +302,13 @@ void LibraryFile::end_scope()
         state_->commit();
     else
         state_->commit_if_due();
+}
+
+void LibraryFile::give_up() noexcept
+{
+    const Lock lock(state_->mutex);
+    if (state_->can_write())
+        state_->fail();
 }
 
 bool LibraryFile::in_scope() const

@@ -150,8 +150,9 @@ public:
     /// The file behind it. False while a new file has not been made.
     [[nodiscard]] bool identity(FileIdentity& identity) const;
 
-    /// Sticky from the first failed write, sync or lost lock of a writer until close(). From then
-    /// on changes are refused, and the last commit is what is seen.
+    /// Sticky from the first failed write, sync or lost lock of a writer, or change or commit that
+    /// ran out of memory, until close(). From then on changes are refused, and the last commit is
+    /// what is seen.
     [[nodiscard]] FileError error() const;
     /// The last damaged place that an operation met; Part::None when there was none.
     [[nodiscard]] LibraryDamage last_damage() const;
@@ -244,6 +245,9 @@ public:
     bool commit_if_due();
     void begin_scope();
     void end_scope();
+    /// Drops what was changed since the last commit and sets error(): for a change of several steps
+    /// that stopped half-way, whose scope is still open.
+    void give_up() noexcept;
     [[nodiscard]] bool in_scope() const;
 
     // Care.

@@ -59,14 +59,23 @@ LibraryOpenResult LibraryState::open(const std::string& name, LibraryAccess acce
     if (is_open)
         close();
     forget_all();
-    LibraryOpenResult result = open_device(name, access, owner_text);
-    if (result.status != LibraryOpenStatus::Ok) {
+    const auto let_go = [this] {
         storage.detach();
         forget_all();
+    };
+    LibraryOpenResult result;
+    try {
+        result = open_device(name, access, owner_text);
+        name_ = name;
+        owner_ = std::string(owner_text);
+    } catch (...) {
+        let_go();
+        throw;
+    }
+    if (result.status != LibraryOpenStatus::Ok) {
+        let_go();
         return result;
     }
-    name_ = name;
-    owner_ = std::string(owner_text);
     is_open = true;
     writable = access == LibraryAccess::Write;
     return result;
@@ -284,30 +293,44 @@ LibraryOpenResult LibraryState::begin_writing(std::string_view owner_text)
     HeaderKind header = HeaderKind::Valid;
     if ((error = look_at_making(*device, unfinished, header)))
         return failed(error);
+    std::string owner(owner_text);
+    std::string kept_name = name_;
     auto reader = storage.release_device();
-    storage.attach(std::move(device), name_, std::string(owner_text), unfinished);
-    if (!unfinished) {
+    storage.attach(std::move(device), name_, owner, unfinished);
+    try {
+        if (!unfinished)
+            result = load_to_write(owner);
+    } catch (...) {
+        storage.attach(std::move(reader), std::move(kept_name), {}, false);
         forget_commits();
-        result = load();
-        if (result.status == LibraryOpenStatus::Ok && stale_)
-            result = refuse_stale();
-        if (result.status == LibraryOpenStatus::Ok && (record_bytes_ > 0 || root_unnamed_) &&
-            !storage.sync())
-            result = failed(storage.error());
-        if (result.status == LibraryOpenStatus::Ok &&
-            !storage.write_fixed(kOwnerPosition, encode_owner(owner_text)))
-            result = failed(storage.error());
+        index.reset({});
+        throw;
     }
     if (result.status != LibraryOpenStatus::Ok) {
-        storage.attach(std::move(reader), name_, {}, false);
+        storage.attach(std::move(reader), std::move(kept_name), {}, false);
         forget_commits();
         static_cast<void>(load());
         return result;
     }
     if (space_.has_pins())
         former_reader_ = std::move(reader);
-    owner_ = std::string(owner_text);
+    owner_ = std::move(owner);
     writable = true;
+    return result;
+}
+
+LibraryOpenResult LibraryState::load_to_write(const std::string& owner)
+{
+    forget_commits();
+    LibraryOpenResult result = load();
+    if (result.status == LibraryOpenStatus::Ok && stale_)
+        result = refuse_stale();
+    if (result.status == LibraryOpenStatus::Ok && (record_bytes_ > 0 || root_unnamed_) &&
+        !storage.sync())
+        result = failed(storage.error());
+    if (result.status == LibraryOpenStatus::Ok &&
+        !storage.write_fixed(kOwnerPosition, encode_owner(owner)))
+        result = failed(storage.error());
     return result;
 }
 
@@ -321,7 +344,14 @@ bool LibraryState::refresh()
         return false;
     const std::uint64_t before = reader_number_;
     forget_commits();
-    const bool loaded = load().status == LibraryOpenStatus::Ok;
+    bool loaded = false;
+    try {
+        loaded = load().status == LibraryOpenStatus::Ok;
+    } catch (...) {
+        forget_commits();
+        index.reset({});
+        throw;
+    }
     if (!loaded)
         index.reset({});
     keep_reader_lock();

@@ -278,10 +278,20 @@ bool LibraryState::pack(const LibraryProgress& progress)
 {
     if (!can_write() || scopes > 0)
         return false;
-    const bool good = LibraryPack(*this, progress).run();
-    move_above_ = kNoLimit;
-    room_limit_ = kNoLimit;
-    cut_at_ = kNoLimit;
+    const auto end_limits = [this] {
+        move_above_ = kNoLimit;
+        room_limit_ = kNoLimit;
+        cut_at_ = kNoLimit;
+    };
+    bool good = false;
+    try {
+        good = LibraryPack(*this, progress).run();
+    } catch (...) {
+        end_limits();
+        fail();
+        throw;
+    }
+    end_limits();
     if (storage.error())
         go_back();
     else

@@ -50,7 +50,22 @@ public:
     /// Called behind each change; `bytes` is what it wrote or will write.
     void changed(std::uint64_t bytes);
     /// Commits what there is; with `root` as a root, which a slot names durably when it returns.
+    /// Never throws: where memory runs out, the commit fails.
     bool commit_now(bool root);
+    /// Runs a change. One that throws may have been done by half: then the file fails as by a
+    /// failed write, and the last commit is what is seen.
+    template <typename Change>
+    auto change(const Change& act)
+    {
+        try {
+            return act();
+        } catch (...) {
+            fail();
+            throw;
+        }
+    }
+    /// Sets the error of a change that could not be ended, and goes back.
+    void fail() noexcept;
     /// Gives space up that the last commit, or only the running one, has taken.
     void release(const FileRange& range);
     /// Room for `bytes` and their frame in free space; false when they must be appended.
@@ -119,6 +134,8 @@ private:
     class Replay;
 
     // LibraryOpen
+    /// Takes the newest commit over the writer's device, and says who writes.
+    [[nodiscard]] LibraryOpenResult load_to_write(const std::string& owner);
     [[nodiscard]] LibraryOpenResult open_device(const std::string& name, LibraryAccess access,
                                                 std::string_view owner_text);
     /// Reads the roots and follows the tail, also beside a process that writes.
@@ -147,6 +164,7 @@ private:
     void go_back();
 
     // LibraryCommit
+    [[nodiscard]] bool write_commit(bool root);
     [[nodiscard]] bool fold();
     [[nodiscard]] bool write_free_list();
     [[nodiscard]] bool write_record(bool root);

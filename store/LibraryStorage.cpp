@@ -148,6 +148,15 @@ ReadOutcome LibraryStorage::read_checked(std::uint64_t position, std::uint64_t l
 
 bool LibraryStorage::make_file()
 {
+    // Before the file is made: without memory there is none, rather than an empty one.
+    std::string fixed(kDataStart, '\0');
+    const auto place = [&](std::uint64_t position, const std::string& sector) {
+        fixed.replace(static_cast<std::size_t>(position), sector.size(), sector);
+    };
+    place(0, encode_header());
+    place(kSlotPosition[0], encode_slot({}));
+    place(kSlotPosition[1], encode_slot({}));
+    place(kOwnerPosition, encode_owner(owner_));
     FileError error;
     const bool made = device_ == nullptr;
     if (made) {
@@ -160,14 +169,6 @@ bool LibraryStorage::make_file()
         set_error(device_->lock(kWriterLock, 1, FileLockKind::Exclusive));
         device_->advise_random();
     }
-    std::string fixed(kDataStart, '\0');
-    const auto place = [&](std::uint64_t position, const std::string& sector) {
-        fixed.replace(static_cast<std::size_t>(position), sector.size(), sector);
-    };
-    place(0, encode_header());
-    place(kSlotPosition[0], encode_slot({}));
-    place(kSlotPosition[1], encode_slot({}));
-    place(kOwnerPosition, encode_owner(owner_));
     if (!error_)
         set_error(device_->write_at(0, fixed.data(), fixed.size()));
     // Before anything follows: a file longer than its fixed part always has valid slots.

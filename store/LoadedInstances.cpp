@@ -53,8 +53,9 @@ void LoadedInstances::rename_directory(const LibraryPath& from, const LibraryPat
 {
     auto place = directories_.lower_bound(from.key());
     while (place != directories_.end() && place->first.starts_with(from.key())) {
+        std::string moved = to.key() + place->first.substr(from.key().size());
         auto node = directories_.extract(place++);
-        node.key() = to.key() + node.key().substr(from.key().size());
+        node.key() = std::move(moved);
         directories_.insert(std::move(node));
     }
 }
@@ -80,17 +81,25 @@ std::vector<LoadedInstances::Entry> LoadedInstances::list(const LibraryPath& pat
     return entries;
 }
 
-std::vector<GStreamable*> LoadedInstances::take_all()
+void LoadedInstances::take_all(void (*taker)(GStreamable* instance))
 {
-    std::vector<GStreamable*> instances;
+    const Directories taken = std::exchange(directories_, {});
+    for (const auto& [path, types] : taken) {
+        for (const auto& [type, names] : types) {
+            for (const auto& [name, instance] : names)
+                taker(instance);
+        }
+    }
+}
+
+void LoadedInstances::for_each(void (*visit)(GStreamable* instance, void* user), void* user) const
+{
     for (const auto& [path, types] : directories_) {
         for (const auto& [type, names] : types) {
             for (const auto& [name, instance] : names)
-                instances.push_back(instance);
+                visit(instance, user);
         }
     }
-    directories_.clear();
-    return instances;
 }
 
 }  // namespace zmr

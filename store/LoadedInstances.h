@@ -35,8 +35,10 @@ public:
     /// The instances of one type in `path`, and with `recursive` below it.
     [[nodiscard]] std::vector<Entry> list(const LibraryPath& path, std::string_view type,
                                           bool recursive) const;
-    /// Takes all out.
-    [[nodiscard]] std::vector<GStreamable*> take_all();
+    /// Takes all out and hands each to `taker`, which may put others. Allocates nothing.
+    void take_all(void (*taker)(GStreamable* instance));
+    /// Calls `visit` with every instance; it must not put or take any. Allocates nothing.
+    void for_each(void (*visit)(GStreamable* instance, void* user), void* user) const;
 
 private:
     struct TextHash {

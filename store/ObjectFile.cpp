@@ -29,7 +29,8 @@ public:
         auto io = std::make_unique<GFileIO>(file.text, mode, create, share, &store_files());
         if (!io->is_open())
             return;
-        buffer_ = std::make_unique<GBufferedIO>(io.release(), kBufferBytes);
+        // The memory is taken before the file is let go of.
+        buffer_.reset(new GBufferedIO(io.release(), kBufferBytes));
         this->init(buffer_.get());
     }
 

@@ -194,8 +194,14 @@ GStreamable* ResourceFile::get(const GResourceFullName& name, bool keep_loaded)
     } catch (const GLibraryException& failure) {
         server->note_unreadable(name, failure.what());
     }
-    if (object != nullptr && keep_loaded)
+    if (object == nullptr || !keep_loaded)
+        return object;
+    try {
         server->replace_instance(path, name, object);
+    } catch (...) {
+        GStreamable::destroy(object);
+        throw;
+    }
     return object;
 }
 
@@ -255,11 +261,13 @@ void ResourceFile::rename(const GResourceFullName& from, const GResourceFullName
         if (!server->library_.rename(source, from.name.view(), from.type.view(), target,
                                      to.name.view(), to.type.view()))
             return;
-        GStreamable* const moved = server->loaded_.take(source, from.name.view(), from.type.view());
-        if (moved != nullptr)
-            server->replace_instance(target, to, moved);
-        else
+        GStreamable* const moved = server->loaded_.find(source, from.name.view(), from.type.view());
+        if (moved == nullptr) {
             server->destroy_instance(target, to);
+            return;
+        }
+        server->replace_instance(target, to, moved);
+        server->loaded_.take(source, from.name.view(), from.type.view());
         return;
     }
     if (!server->library_.rename_directory(source, target))
@@ -383,8 +391,7 @@ void ResourceFile::empty()
         return;
     const GSingleLock locked(server->lock);
     server->library_.clear();
-    for (GStreamable* const instance : server->loaded_.take_all())
-        GStreamable::destroy(instance);
+    server->loaded_.take_all(&GStreamable::destroy);
 }
 
 bool ResourceFile::IsValidToRead(const char* file)
@@ -422,6 +429,20 @@ void ResourceFile::for_each_loaded(
         name.name = GString(entry.name);
         visit(name, entry.instance);
     }
+}
+
+void ResourceFile::give_up_changes() noexcept
+{
+    if (server != nullptr)
+        server->library_.give_up();
+}
+
+void ResourceFile::visit_loaded(void (*visit)(GStreamable* instance, void* user), void* user) const
+{
+    if (server == nullptr)
+        return;
+    const GSingleLock locked(server->lock);
+    server->loaded_.for_each(visit, user);
 }
 
 const ResourceFile::Damage* ResourceFile::last_damage() const

@@ -176,6 +176,12 @@ protected:
     /// The file's name, its mode and the current directory: reading opens the file.
     void read(ipstream& in) override;
     void write(opstream& out) override;
+    /// Drops what was changed since the last commit, and sets the server's error: for a change of
+    /// several steps that stopped half-way for want of memory.
+    void give_up_changes() noexcept;
+    /// Calls `visit` with each instance that is in memory; it must neither load nor remove. Takes
+    /// no memory, so that it serves where there is none.
+    void visit_loaded(void (*visit)(GStreamable* instance, void* user), void* user) const;
 
 private:
     void attach(ResourceFileServer* new_server);

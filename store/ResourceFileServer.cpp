@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <limits>
 #include <mutex>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -55,6 +56,18 @@ ResourceFile::OpenFailure failure_of(const zmr::LibraryOpenResult& result)
     if (result.error.kind == zmr::FileErrorKind::NotFound)
         return Failure::Missing;
     return result.error.kind == zmr::FileErrorKind::InUse ? Failure::InUse : Failure::Device;
+}
+
+/// Removes objects that no entry names any more; gone already is as good. One that stays for want
+/// of memory costs its room only, while an exception would stop the end of a scope or of a client.
+void remove_objects(const std::vector<GObjectPlace>& places)
+{
+    for (const GObjectPlace& place : places) {
+        try {
+            static_cast<void>(place.remove());
+        } catch (const std::bad_alloc&) {
+        }
+    }
 }
 
 }  // namespace
@@ -111,8 +124,10 @@ ResourceFileServer* ResourceFileServer::Attach(ResourceFile& client, const GFile
     if (failure != ResourceFile::OpenFailure::None)
         return nullptr;
     server->filename_ = file;
+    table().servers.reserve(table().servers.size() + 1);  // so that the last steps can't fail
+    static_cast<void>(Join(client, server.get()));
     table().servers.push_back(server.get());
-    return Join(client, server.release());
+    return server.release();
 }
 
 void ResourceFileServer::Detach(ResourceFile& client, ResourceFileServer* server)
@@ -130,12 +145,9 @@ void ResourceFileServer::Detach(ResourceFile& client, ResourceFileServer* server
     std::erase(table().servers, server);
     const bool closed = server->library_.close();
     const std::vector<GObjectPlace> doomed = std::move(server->doomed_);
-    for (const GObjectPlace& place : doomed) {
-        if (closed)
-            static_cast<void>(place.remove());  // gone already is as good
-    }
-    for (GStreamable* const instance : server->loaded_.take_all())
-        GStreamable::destroy(instance);
+    if (closed)
+        remove_objects(doomed);
+    server->loaded_.take_all(&GStreamable::destroy);
     delete server;
 }
 
@@ -217,8 +229,7 @@ void ResourceFileServer::remove_doomed()
     doomed_.clear();
     if (!library_.commit())
         return;
-    for (const GObjectPlace& place : doomed)
-        static_cast<void>(place.remove());  // gone already is as good
+    remove_objects(doomed);
 }
 
 void ResourceFileServer::note_unreadable(const GResourceFullName& name, const char* reason) const

@@ -74,8 +74,9 @@ long ServerBuffer::gseek(long offset, GIO::IOSeekDirection direction)
     inflated_.reset();
     const LibraryContent* const block = find_block_(target);
     if (block != nullptr && block->compressed)
-        inflated_ = std::make_unique<GFlateBufferedIO>(
-            new GBufferedIO(new ContentIO(library_, *block), kContentBufferBytes), 0);
+        // Each takes the next one over, once the memory of all is there.
+        inflated_.reset(new GFlateBufferedIO(
+            new GBufferedIO(new ContentIO(library_, *block), kContentBufferBytes), 0));
     return static_cast<long>(target);
 }
 
