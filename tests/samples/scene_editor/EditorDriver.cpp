@@ -72,9 +72,18 @@ void send_mouse(DWORD flags, LONG x = 0, LONG y = 0)
     ::SendInput(1, &input, sizeof input);
 }
 
+// Goes on when the mouse is there: a button that came earlier would be pressed where it was.
 void move_mouse(LONG x, LONG y)
 {
+    constexpr DWORD kMoveMs = 1'000;
     send_mouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, x, y);
+    EditorDriver::wait_for(
+        [x, y] {
+            POINT here{};
+            ::GetCursorPos(&here);
+            return here.x == x && here.y == y;
+        },
+        kMoveMs);
 }
 
 }  // namespace
@@ -275,7 +284,7 @@ void EditorDriver::drag_from(HWND window, POINT from, int dx, int dy)
     ::ClientToScreen(window, &from);
     move_mouse(from.x, from.y);
     send_mouse(MOUSEEVENTF_LEFTDOWN);
-    constexpr int kSteps = 30;
+    constexpr int kSteps = 10;
     for (int step = 1; step <= kSteps; ++step)
         move_mouse(from.x + dx * step / kSteps, from.y + dy * step / kSteps);
     send_mouse(MOUSEEVENTF_LEFTUP);
