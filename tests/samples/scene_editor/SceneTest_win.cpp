@@ -16,8 +16,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 
 using testing::HasSubstr;
 using testing::Not;
@@ -142,6 +144,29 @@ protected:
     EditorDriver editor{{library.file()}};
     POINT middle{};
 };
+
+// A ball of about 2 * `rings` * `rings` triangles, as an OBJ.
+void write_ball(const std::string& file, int rings)
+{
+    std::ofstream out(file);
+    const double pi = 3.14159265358979;
+    for (int ring = 0; ring <= rings; ++ring) {
+        for (int step = 0; step < rings; ++step) {
+            const double down = pi * ring / rings;
+            const double round = 2 * pi * step / rings;
+            out << "v " << std::sin(down) * std::cos(round) << ' ' << std::cos(down) << ' '
+                << std::sin(down) * std::sin(round) << '\n';
+        }
+    }
+    for (int ring = 0; ring < rings; ++ring) {
+        for (int step = 0; step < rings; ++step) {
+            const int here = ring * rings + step + 1;
+            const int next = ring * rings + (step + 1) % rings + 1;
+            out << "f " << here << ' ' << next << ' ' << next + rings << ' ' << here + rings
+                << '\n';
+        }
+    }
+}
 
 bool is_red(int red, int green, int blue)
 {
@@ -339,6 +364,54 @@ TEST_F(SceneProgram, ViewMenu_HidesEitherPart)
     EXPECT_TRUE(EditorDriver::wait_for([this] { return editor.has_focus(IDC_SCENE); }));
     editor.key(VK_F4, {VK_MENU});
     EXPECT_EQ(editor.wait_for_end(), 0);
+}
+
+TEST(SceneProgramStart, FiftyModelsOf5000Triangles_AreDraggedWithTimesToldByDiagnostics)
+{
+    const ModelLibrary library;
+    const std::string model = library.beside("ball.obj");
+    write_ball(model, 50);
+    const std::string file = library.beside("fifty.scene");
+    {
+        editor::SceneDocument document([] {});
+        ASSERT_TRUE(document.begin_new());
+        for (int i = 0; i < 50; ++i) {
+            GResponder* const ball = document.scene()->add_model(
+                GObjectFileFormat::Find(model.c_str())->read_object(model.c_str()), "ball");
+            ASSERT_NE(ball, nullptr);
+            dynamic_cast<scene::SceneItem&>(*ball).set_place(
+                {(i % 10 - 4.5) * 75, (i / 10 - 2) * 75.0, 0, 30});
+            ball->set_palette_entry(scene::kSurfaceColor, editor::kColors[i % 6].color);
+        }
+        ASSERT_EQ(document.save(file), std::nullopt);
+    }
+    EditorDriver editor({library.file(), file});
+    ASSERT_TRUE(EditorDriver::wait_for(
+        [&] { return editor.rows() == 2 && editor.has_focus(IDC_ENTRIES); }));
+    const HWND scene = editor.control(IDC_SCENE);
+    RECT area{};
+    ::GetClientRect(scene, &area);
+    // The last one, which stands in front of all.
+    POINT ball{area.right / 2 + 337, area.bottom / 2 + 150};
+    editor.click(scene, static_cast<int>(ball.x), static_cast<int>(ball.y));
+    ASSERT_TRUE(EditorDriver::wait_for([&] { return editor.has_focus(IDC_SCENE); }));
+    ASSERT_EQ(editor.text_of(IDC_PROPERTY_X), "337.5");
+    for (int i = 0; i < 10; ++i) {
+        const int way = i % 2 == 0 ? -300 : 300;
+        editor.drag_from(scene, ball, way, 0);
+        ball.x += way;
+        const std::string there = i % 2 == 0 ? "37.5" : "337.5";
+        ASSERT_TRUE(
+            EditorDriver::wait_for([&] { return editor.text_of(IDC_PROPERTY_X) == there; }));
+    }
+
+    editor.key('D', {VK_MENU});
+    editor.type("h");
+    ASSERT_TRUE(EditorDriver::wait_for([&] { return !editor.message().empty(); }));
+    std::cout << editor.message() << std::endl;
+    EXPECT_THAT(editor.message(), HasSubstr("Pictures of the scene: "));
+    editor.key(VK_RETURN);
+    ASSERT_TRUE(EditorDriver::wait_for([&] { return editor.message().empty(); }));
 }
 
 TEST(SceneProgramStart, FileThatIsNoScene_GetsAMessageAndAnEmptyScene)
