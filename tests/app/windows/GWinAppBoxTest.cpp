@@ -316,3 +316,20 @@ TEST_F(GWinAppBoxTest, BehindABox_TheMainWindowIsActiveAgain)
     EXPECT_EQ(::GetActiveWindow(), frame.m_hWnd);
     EXPECT_EQ(::GetForegroundWindow(), frame.m_hWnd);
 }
+
+TEST_F(GWinAppBoxTest, BehindABox_TheControlThatHadTheKeyboardHasItAgain)
+{
+    HostFrame& frame = host_.open_frame();
+    CWnd control;
+    ASSERT_TRUE(control.Create("EDIT", "", WS_CHILD | WS_VISIBLE, CRect(0, 0, 50, 20), &frame, 5));
+    frame.ShowWindow(SW_SHOW);
+    frame.SetForegroundWindow();
+    ASSERT_TRUE(host_.pump_until([&] { return ::GetActiveWindow() == frame.m_hWnd; }));
+    control.SetFocus();
+    {
+        BoxAnswers answers;
+        AfxMessageBox("in between");
+    }
+    EXPECT_EQ(::GetFocus(), control.m_hWnd);
+    control.DestroyWindow();
+}

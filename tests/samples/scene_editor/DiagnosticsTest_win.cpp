@@ -1,3 +1,4 @@
+#include "scene_editor/resource.h"
 #include "tests/samples/scene_editor/EditorDriver.h"
 
 #include <gtest/gtest.h>
@@ -18,9 +19,17 @@ int open_popups()
     return count;
 }
 
+/// Whether keys go to the main window of the editor, which takes them again behind a box.
+bool is_in_front(const EditorDriver& editor)
+{
+    const HWND frame = ::GetAncestor(editor.control(IDC_SCENE), GA_ROOT);
+    return frame != nullptr && ::GetForegroundWindow() == frame && ::IsWindowEnabled(frame);
+}
+
 /// Chooses an item of the menu of provocations by its letter.
 void provoke(EditorDriver& editor, char letter)
 {
+    EXPECT_TRUE(EditorDriver::wait_for([&] { return is_in_front(editor); })) << letter;
     editor.key('D', {VK_MENU});
     EXPECT_TRUE(EditorDriver::wait_for([] { return open_popups() == 1; })) << letter;
     editor.key('P');
@@ -39,10 +48,12 @@ TEST(Diagnostics, EachMistake_IsToldAndTheProgramGoesOn)
             letter == 'E' ? "This is what an exception of a handler says." : kFaultText;
         provoke(editor, letter);
         EXPECT_TRUE(EditorDriver::wait_for([&] { return editor.message() == expected; })) << letter;
+        EXPECT_TRUE(EditorDriver::wait_for([&] { return !is_in_front(editor); })) << letter;
         editor.key(VK_RETURN);
         EXPECT_TRUE(EditorDriver::wait_for([&] { return editor.message().empty(); })) << letter;
         EXPECT_TRUE(editor.is_alive()) << letter;
     }
+    EXPECT_TRUE(EditorDriver::wait_for([&] { return is_in_front(editor); }));
     editor.key(VK_F4, {VK_MENU});
     EXPECT_EQ(editor.wait_for_end(), 0);
 }
