@@ -5,6 +5,7 @@
 //   bench_responder [NAME]     only the rows whose name holds NAME
 
 #include "ResponderPeers.h"
+#include "foundation/OwnedObject.h"
 #include "responder/GBehaviour.h"
 #include "responder/GResponder_Iterators.h"
 
@@ -195,10 +196,6 @@ void compare_halves(const char* row1, const char* row2, const Halves& ours, cons
     ++g_handled;
 }
 
-struct EndTree {
-    void operator()(GResponder* root) const { GStreamable::Destroy(root); }
-};
-
 class Counting final : public GResponder {
 public:
     void handle_event(GEvent& event) override
@@ -231,7 +228,7 @@ std::shared_ptr<T> make_tree(const TreeShape& shape)
     for (int number = 1; number < shape.nodes; ++number)
         nodes[static_cast<std::size_t>(parent_of(number, shape.fan))]->insert_before(
             nodes[static_cast<std::size_t>(number)], nullptr);
-    return std::shared_ptr<T>(nodes.front(), EndTree());
+    return std::shared_ptr<T>(nodes.front(), zmr::ObjectDestroyer());
 }
 
 void count(const GResponder& responder)

@@ -2,6 +2,7 @@
 // must accept the same.
 #include "MemoryFile.h"
 #include "foundation/GException.h"
+#include "foundation/OwnedObject.h"
 #include "foundation/mpstream.h"
 #include "graphics/PixelMap.h"
 #include "odb/ODB_ClassFilter.h"
@@ -40,10 +41,7 @@ private:
     ODB_MediatorsArray contents_;
 };
 
-struct Destroy {
-    void operator()(ODB_ContentsFilter* filter) const { GStreamable::Destroy(filter); }
-};
-using OwnedFilter = std::unique_ptr<ODB_ContentsFilter, Destroy>;
+using OwnedFilter = zmr::OwnedObject<ODB_ContentsFilter>;
 
 OwnedFilter read_filter(std::span<const unsigned char> bytes)
 {

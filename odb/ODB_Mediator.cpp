@@ -1,6 +1,7 @@
 #include "odb/ODB_Mediator.h"
 
 #include "foundation/GFile.h"
+#include "foundation/OwnedObject.h"
 #include "foundation/ipstream.h"
 #include "foundation/opstream.h"
 #include "graphics/PixelMap.h"
@@ -14,10 +15,6 @@
 G_DEFINE_CLASS(ODB_Mediator, GStreamable);
 
 namespace {
-
-struct Destroyer {
-    void operator()(GStreamable* object) const { GStreamable::Destroy(object); }
-};
 
 constexpr unsigned char kVersion = 3;  // 3: nothing behind the class name
 
@@ -184,7 +181,7 @@ void ODB_Mediator::get_attributes(ODB_AttributesArray& result)
     result.empty();
     result.owns_items = 1;
     for (GResourceTypeIterator type(*DB_, DB_resname_.path()); type.index >= 0; --type) {
-        std::unique_ptr<ODB_ObjectAttribute, Destroyer> attribute(get_attribute(type.element()));
+        zmr::OwnedObject<ODB_ObjectAttribute> attribute(get_attribute(type.element()));
         if (attribute == nullptr)
             continue;
         result.v_insert(attribute.get());
@@ -201,7 +198,7 @@ void ODB_Mediator::set_attribute(ODB_ObjectAttribute* attribute, bool delete_it)
         attribute->set_mediator(this);
         return;
     }
-    const std::unique_ptr<ODB_ObjectAttribute, Destroyer> taken(attribute);
+    const zmr::OwnedObject<ODB_ObjectAttribute> taken(attribute);
     DB_->put(attribute, resource_of_type(GString(attribute->getClassName())), false);
 }
 

@@ -1,5 +1,6 @@
 #include "odb/ODB_ReferenceToObject.h"
 
+#include "foundation/OwnedObject.h"
 #include "foundation/ipstream.h"
 #include "foundation/opstream.h"
 #include "graphics/PixelMap.h"
@@ -10,10 +11,6 @@
 G_DEFINE_CLASS(ODB_ReferenceToObject, ODB_Mediator);
 
 namespace {
-
-struct Destroyer {
-    void operator()(GStreamable* object) const { GStreamable::Destroy(object); }
-};
 
 constexpr unsigned char kVersion = 2;  // 2: the byte for references within one library
 
@@ -183,7 +180,7 @@ ODB_Mediator* ODB_ReferenceToObject::host_to_write() const
 
 void ODB_ReferenceToObject::set_icon(PixelMap* map)
 {
-    std::unique_ptr<PixelMap, Destroyer> taken(map);
+    zmr::OwnedObject<PixelMap> taken(map);
     if (ODB_Mediator* const host = host_to_write())
         host->set_icon(taken.release());
 }

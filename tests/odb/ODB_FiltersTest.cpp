@@ -1,5 +1,6 @@
 #include "TestObjects.h"
 #include "foundation/GException.h"
+#include "foundation/OwnedObject.h"
 #include "foundation/mpstream.h"
 #include "odb/ODB_ClassFilter.h"
 #include "odb/ODB_FiltersContainer.h"
@@ -85,10 +86,7 @@ void read_back(const Bytes& bytes, Filter& filter)
     EXPECT_EQ(in.remaining(), 0);
 }
 
-struct DestroyFilter {
-    void operator()(ODB_ContentsFilter* filter) const { GStreamable::Destroy(filter); }
-};
-using OwnedFilter = std::unique_ptr<ODB_ContentsFilter, DestroyFilter>;
+using OwnedFilter = zmr::OwnedObject<ODB_ContentsFilter>;
 
 std::vector<std::string> names_in(const ODB_MediatorsArray& array)
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/OwnedObject.h"
 #include "responder/GBehaviour.h"
 #include "responder/GResponder.h"
 #include "responder/GView.h"
@@ -14,12 +15,9 @@
 /// What happened, in order.
 using Log = std::vector<std::string>;
 
-struct EndObject {
-    void operator()(GStreamable* object) const { GStreamable::Destroy(object); }
-};
 /// Ends with its whole subtree.
 template <class T>
-using Ended = std::unique_ptr<T, EndObject>;
+using Ended = zmr::OwnedObject<T>;
 
 template <class T, class... Arguments>
 [[nodiscard]] Ended<T> make(Arguments&&... arguments)

@@ -1,5 +1,6 @@
 #include "foundation/GException.h"
 #include "foundation/GObjectFileFormat.h"
+#include "foundation/OwnedObject.h"
 #include "graphics/GIconMaker.h"
 #include "graphics/PixelMap.h"
 #include "scene_module/MeshDrawing.h"
@@ -14,10 +15,7 @@
 
 namespace {
 
-struct DestroyObject {
-    void operator()(GStreamable* object) const { GStreamable::Destroy(object); }
-};
-using OwnedObject = std::unique_ptr<GStreamable, DestroyObject>;
+using OwnedObject = zmr::OwnedObject<>;
 
 std::string sample(const char* name)
 {

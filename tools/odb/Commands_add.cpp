@@ -1,6 +1,7 @@
 // odb add: files become objects.
 #include "foundation/GException.h"
 #include "foundation/GObjectFileFormat.h"
+#include "foundation/OwnedObject.h"
 #include "graphics/GIconMaker.h"
 #include "graphics/PixelMap.h"
 #include "odb/ODB_ExternalObject.h"
@@ -9,7 +10,6 @@
 #include "platform/FileDevice.h"
 #include "tools/odb/Commands.h"
 #include "tools/odb/OpenLibrary.h"
-#include "tools/odb/OwnedObject.h"
 #include "tools/odb/SourceWalk.h"
 #include "tools/odb/Terminal.h"
 
@@ -27,7 +27,7 @@ constexpr int kIconSize_px = 96;
 constexpr const char* kNoFormat = "no registered format reads it";
 
 // Reads the object; null with the reason.
-OwnedObject read_source(const std::string& file, std::string& reason)
+zmr::OwnedObject<> read_source(const std::string& file, std::string& reason)
 {
     // Looked at first, because a format only says that it does not know the file.
     zmr::FileError error;
@@ -47,7 +47,7 @@ OwnedObject read_source(const std::string& file, std::string& reason)
     }
     try {
         const GObjectFileFormat* const format = GObjectFileFormat::Find(file.c_str());
-        OwnedObject object(format == nullptr ? nullptr : format->read_object(file.c_str()));
+        zmr::OwnedObject<> object(format == nullptr ? nullptr : format->read_object(file.c_str()));
         if (object == nullptr)
             reason = kNoFormat;
         return object;
@@ -83,7 +83,7 @@ public:
             return false;
         progress_.show(fmt::format("{} {}", added_ + skipped_ + 1, source.file));
         std::string reason;
-        const OwnedObject object = read_source(source.file, reason);
+        const zmr::OwnedObject<> object = read_source(source.file, reason);
         if (object == nullptr) {
             skip(source.file, reason);
             return true;

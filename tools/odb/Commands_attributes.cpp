@@ -1,4 +1,5 @@
 // odb attr and describe: the attributes of one object.
+#include "foundation/OwnedObject.h"
 #include "odb/ODB_Mediator.h"
 #include "odb/ODB_ObjectAttribute.h"
 #include "odb/ODB_TextDescriptionAttribute.h"
@@ -6,7 +7,6 @@
 #include "store/GResourceIterators.h"
 #include "tools/odb/Commands.h"
 #include "tools/odb/OpenEntry.h"
-#include "tools/odb/OwnedObject.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -30,7 +30,7 @@ struct AttributeFacts {
     std::string text;
 };
 
-const ODB_TextDescriptionAttribute* text_in(const OwnedObject& attribute)
+const ODB_TextDescriptionAttribute* text_in(const zmr::OwnedObject<>& attribute)
 {
     return zmr::class_cast<ODB_TextDescriptionAttribute>(attribute.get());
 }
@@ -43,7 +43,7 @@ bool look_at(const OpenedEntry& entry, const GString& type, AttributeFacts& fact
     const std::unique_ptr<char, FreeText> stored(entry.database().read_class_name(resource));
     if (stored == nullptr || !(type == stored.get()))
         return false;
-    const OwnedObject attribute(entry.mediator->get_attribute(type));
+    const zmr::OwnedObject<> attribute(entry.mediator->get_attribute(type));
     const GMetaClass* const metaclass = GMetaClass::FindByName(type.text);
     if (metaclass != nullptr && metaclass->isKindOf(&ODB_ObjectAttribute::metaclass_) == nullptr)
         return false;
@@ -103,7 +103,7 @@ ExitCode get_attribute(const AttributeArguments& arguments, const OpenedEntry& e
 }
 
 /// A new attribute of the class with the value; null, with the reason, when there can be none.
-OwnedObject make_attribute(const AttributeArguments& arguments, std::string& reason)
+zmr::OwnedObject<> make_attribute(const AttributeArguments& arguments, std::string& reason)
 {
     const GMetaClass* const metaclass = GMetaClass::FindByName(arguments.class_name.c_str());
     if (metaclass == nullptr) {
@@ -113,7 +113,7 @@ OwnedObject make_attribute(const AttributeArguments& arguments, std::string& rea
             arguments.class_name);
         return nullptr;
     }
-    OwnedObject attribute;
+    zmr::OwnedObject<> attribute;
     if (metaclass->isKindOf(&ODB_ObjectAttribute::metaclass_) != nullptr)
         attribute.reset(zmr::class_cast<ODB_ObjectAttribute>(metaclass->buildObject()));
     if (attribute == nullptr) {
@@ -138,7 +138,7 @@ void store(const OpenedEntry& entry, ODB_ObjectAttribute& attribute, const std::
 ExitCode set_attribute(const AttributeArguments& arguments, const OpenedEntry& entry)
 {
     std::string reason;
-    const OwnedObject made = make_attribute(arguments, reason);
+    const zmr::OwnedObject<> made = make_attribute(arguments, reason);
     if (made == nullptr)
         return refuse_entry(entry, reason);
     store(entry, *zmr::class_cast<ODB_ObjectAttribute>(made.get()), arguments.value);
@@ -196,7 +196,7 @@ ExitCode describe(const DescribeArguments& arguments, Style style)
         store(entry, text, arguments.text);
         return finish_writing(entry.database(), arguments.file, ExitCode::Done);
     }
-    const OwnedObject attribute(entry.mediator->get_attribute(&text_class));
+    const zmr::OwnedObject<> attribute(entry.mediator->get_attribute(&text_class));
     const auto* const text = text_in(attribute);
     if (text == nullptr)
         return refuse_entry(entry, "it has no description");

@@ -1,6 +1,7 @@
 // odb extract: objects become files, never outside the directory told, whatever their names hold.
 #include "foundation/GException.h"
 #include "foundation/GObjectFileFormat.h"
+#include "foundation/OwnedObject.h"
 #include "graphics/PixelMap.h"
 #include "graphics/PixelMapTools.h"
 #include "odb/ODB_Mediator.h"
@@ -11,7 +12,6 @@
 #include "tools/odb/FileNames.h"
 #include "tools/odb/FilePaths.h"
 #include "tools/odb/OpenLibrary.h"
-#include "tools/odb/OwnedObject.h"
 #include "tools/odb/Terminal.h"
 
 #include <fmt/format.h>
@@ -155,7 +155,7 @@ private:
     std::string write(const EntryName& entry, const fs::path& folder, NotWritten& problem)
     {
         ODB_Mediator* const mediator = database_.get_mediator(entry.path, entry.name);
-        const OwnedObject object(mediator == nullptr ? nullptr : mediator->get_object());
+        const zmr::OwnedObject<> object(mediator == nullptr ? nullptr : mediator->get_object());
         if (object == nullptr) {
             problem = reason_of_missing(mediator);
             return {};

@@ -1,6 +1,7 @@
 // odb picture and movie: what an object shows besides its icon.
 #include "foundation/GException.h"
 #include "foundation/GStringCollection.h"
+#include "foundation/OwnedObject.h"
 #include "graphics/PixelMap.h"
 #include "graphics/PixelMapTools.h"
 #include "odb/ODB_Mediator.h"
@@ -9,7 +10,6 @@
 #include "odb/ObjectDatabase.h"
 #include "tools/odb/Commands.h"
 #include "tools/odb/OpenEntry.h"
-#include "tools/odb/OwnedObject.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -102,7 +102,7 @@ ExitCode by_removing(const Arguments& arguments, const std::string& nothing, con
     const OpenedEntry entry = open_entry_to_write(arguments.file, arguments.name);
     if (!entry)
         return entry.code;
-    const OwnedObject stored(entry.mediator->get_attribute(&Attribute::metaclass_));
+    const zmr::OwnedObject<> stored(entry.mediator->get_attribute(&Attribute::metaclass_));
     auto* const attribute = zmr::class_cast<Attribute>(stored.get());
     if (attribute == nullptr || !remove(entry, *attribute))
         return refuse_entry(entry, nothing);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "foundation/GStreamable.h"
+#include "foundation/OwnedObject.h"
 #include "graphics/PixelMap.h"
 #include "scene_editor/core/EntryRows.h"
 
@@ -14,11 +14,7 @@ namespace editor {
 
 /// A directory of a library: the names of its levels, the root being the empty list.
 using DirectoryPath = std::vector<std::string>;
-struct DestroyObject {
-    void operator()(GStreamable* object) const { GStreamable::Destroy(object); }
-};
-/// An object with one owner, ended as the object model asks.
-using OwnedObject = std::unique_ptr<GStreamable, DestroyObject>;
+using OwnedObject = zmr::OwnedObject<>;
 
 /// A number that tells one listing of a directory from those before it.
 using ListingId = std::uint64_t;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/GPointer.h"
+#include "foundation/OwnedObject.h"
 #include "platform/FileDevice.h"
 #include "responder/GResponder.h"
 #include "scene_interface/SceneRoot.h"
@@ -63,10 +64,7 @@ public:
     static constexpr std::string_view kSignature = "ZMRSCENE";  ///< What scene files begin with.
 
 private:
-    struct Destroy {
-        void operator()(GResponder* responder) const { GStreamable::Destroy(responder); }
-    };
-    using OwnedRoot = std::unique_ptr<GResponder, Destroy>;
+    using OwnedRoot = zmr::OwnedObject<GResponder>;
 
     [[nodiscard]] OwnedRoot read(const std::string& file) const;
     void take(OwnedRoot root, const std::string& file);
