@@ -8,49 +8,67 @@
 #include <memory>
 #include <string>
 
-/// Files in memory for fuzz targets: no disk, no locks of other processes.
+/// Files in memory for fuzz targets: no disk, no locks of other processes. Each has an identity of
+/// its own and may be renamed and removed while it is open; open devices are counted.
 class MemoryFileSystem final : public zmr::FileSystemDevice {
 public:
-    [[nodiscard]] std::string& bytes(const std::string& name) { return files_[name]; }
+    /// What the file holds. A missing one is made.
+    [[nodiscard]] std::string& bytes(const std::string& name) { return *made(name); }
+    [[nodiscard]] int open_devices() const { return open_devices_; }
 
     std::unique_ptr<zmr::FileDevice> open(const std::string& name, zmr::FileAccess,
                                           zmr::FileCreate create, zmr::FileShare,
                                           zmr::FileError& error) override
     {
         error = {};
-        if (create == zmr::FileCreate::OpenExisting && !files_.contains(name)) {
+        const auto place = files_.find(name);
+        if (place == files_.end() && create == zmr::FileCreate::OpenExisting)
             error.kind = zmr::FileErrorKind::NotFound;
+        if (place != files_.end() && create == zmr::FileCreate::CreateNew)
+            error.kind = zmr::FileErrorKind::AlreadyExists;
+        if (error)
             return nullptr;
-        }
+        const Bytes& bytes = made(name);
         if (create == zmr::FileCreate::CreateOrTruncate)
-            files_[name].clear();
-        return std::make_unique<File>(files_[name]);
+            bytes->clear();
+        return std::make_unique<File>(bytes, open_devices_);
     }
     zmr::FileError rename(const std::string& from, const std::string& to) override
     {
-        files_[to] = std::move(files_[from]);
-        files_.erase(from);
+        const auto place = files_.find(from);
+        if (place == files_.end())
+            return {zmr::FileErrorKind::NotFound, 0};
+        const Bytes moved = place->second;
+        files_.erase(place);
+        files_[to] = moved;
         return {};
     }
     zmr::FileError remove(const std::string& name) override
     {
-        files_.erase(name);
-        return {};
+        return files_.erase(name) > 0 ? zmr::FileError()
+                                      : zmr::FileError{zmr::FileErrorKind::NotFound, 0};
     }
     zmr::FileError sync_directory_of(const std::string&) override { return {}; }
 
 private:
+    using Bytes = std::shared_ptr<std::string>;
+
     class File final : public zmr::FileDevice {
     public:
-        explicit File(std::string& bytes) : bytes_(bytes) {}
+        File(Bytes bytes, int& open_devices) : bytes_(std::move(bytes)), open_devices_(open_devices)
+        {
+            ++open_devices_;
+        }
+        ~File() override { --open_devices_; }
+
         zmr::FileError read_at(std::uint64_t position, void* data, std::size_t size,
                                std::size_t& done) const override
         {
             done = 0;
-            if (position >= bytes_.size())
+            if (position >= bytes_->size())
                 return {};
-            done = std::min(size, bytes_.size() - static_cast<std::size_t>(position));
-            std::memcpy(data, bytes_.data() + position, done);
+            done = std::min(size, bytes_->size() - static_cast<std::size_t>(position));
+            std::memcpy(data, bytes_->data() + position, done);
             return {};
         }
         zmr::FileError write_at(std::uint64_t position, const void* data, std::size_t size) override
@@ -60,21 +78,21 @@ private:
             if (size == 0)
                 return {};
             const auto end = static_cast<std::size_t>(position) + size;
-            if (bytes_.size() < end)
-                bytes_.resize(end);
-            std::memcpy(bytes_.data() + position, data, size);
+            if (bytes_->size() < end)
+                bytes_->resize(end);
+            std::memcpy(bytes_->data() + position, data, size);
             return {};
         }
-        zmr::FileError length(std::uint64_t& length_bytes) const override
+        zmr::FileError length(std::uint64_t& bytes) const override
         {
-            length_bytes = bytes_.size();
+            bytes = bytes_->size();
             return {};
         }
-        zmr::FileError set_length(std::uint64_t length_bytes) override
+        zmr::FileError set_length(std::uint64_t bytes) override
         {
-            if (length_bytes > kMostBytes)
+            if (bytes > kMostBytes)
                 return {zmr::FileErrorKind::DiskFull, 0};
-            bytes_.resize(static_cast<std::size_t>(length_bytes));
+            bytes_->resize(static_cast<std::size_t>(bytes));
             return {};
         }
         zmr::FileError sync() override { return {}; }
@@ -83,14 +101,25 @@ private:
         bool is_locked_by_other(std::uint64_t, std::uint64_t) const override { return false; }
         zmr::FileError identity(zmr::FileIdentity& identity) const override
         {
-            identity = {1, 1};
+            identity = {1, reinterpret_cast<std::uintptr_t>(bytes_.get())};
             return {};
         }
         void advise_random() override {}
 
     private:
         static constexpr std::uint64_t kMostBytes = 64u << 20;
-        std::string& bytes_;
+        Bytes bytes_;
+        int& open_devices_;
     };
-    std::map<std::string, std::string> files_;
+
+    const Bytes& made(const std::string& name)
+    {
+        Bytes& bytes = files_[name];
+        if (bytes == nullptr)
+            bytes = std::make_shared<std::string>();
+        return bytes;
+    }
+
+    std::map<std::string, Bytes> files_;
+    int open_devices_ = 0;
 };

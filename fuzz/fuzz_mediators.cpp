@@ -6,7 +6,7 @@
 // The input is a list of entries: a byte with the library (bit 0) and the class (bits 1 to 3), one
 // with the name (bits 0 to 2), the directory (3 and 4) and the type (5 to 7), the length of what
 // the object reads, and that.
-#include "CountedFiles.h"
+#include "MemoryFile.h"
 #include "foundation/mpstream.h"
 #include "graphics/PixelMap.h"
 #include "odb/ODB_AttributesArray.h"
@@ -61,7 +61,7 @@ void check(bool condition)
 }
 
 /// Makes both libraries and puts the input's entries into them as they are.
-void fill(CountedFiles& files, const std::uint8_t* data, std::size_t size)
+void fill(MemoryFileSystem& files, const std::uint8_t* data, std::size_t size)
 {
     zmr::LibraryFile libraries[2] = {zmr::LibraryFile(files), zmr::LibraryFile(files)};
     for (std::size_t i = 0; i < 2; ++i)
@@ -177,7 +177,7 @@ void use_both(const std::uint8_t* data, std::size_t size)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    CountedFiles files;
+    MemoryFileSystem files;
     const zmr::StoreFilesInPlace in_place(files);
     fill(files, data, size);
     use_both(data, size);

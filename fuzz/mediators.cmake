@@ -1,1 +1,1 @@
-zmr_add_fuzz(mediators SOURCES fuzz_mediators.cpp CountedFiles.h LINK zmr_odb)
+zmr_add_fuzz(mediators SOURCES fuzz_mediators.cpp MemoryFile.h LINK zmr_odb)
