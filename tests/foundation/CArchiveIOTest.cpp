@@ -1,4 +1,5 @@
 #include "foundation/CArchiveIO.h"
+#include "tests/CauseOf.h"
 
 #include "platform/CArchive.h"
 #include "platform/CArchiveException.h"
@@ -9,24 +10,6 @@
 
 #include <array>
 #include <string>
-
-namespace {
-
-/// The cause of the CArchiveException* that `action` throws; -1 when it throws none.
-template <class Action>
-int archive_cause_of(Action action)
-{
-    try {
-        action();
-    } catch (CArchiveException* failure) {
-        const int cause = failure->m_cause;
-        failure->Delete();
-        return cause;
-    }
-    return -1;
-}
-
-}  // namespace
 
 TEST(CArchiveIO, Loading_IsOpenForReading)
 {
@@ -134,13 +117,14 @@ TEST(CArchiveIO, TheWrongWay_IsAnArchiveExceptionWithItsNumber)
     FailingFile file("0123456789");
     CArchive loading(&file, CArchive::load);
     CArchiveIO reader(loading);
-    EXPECT_EQ(archive_cause_of([&reader] { reader.gwrite("x", 1); }), CArchiveException::readOnly);
+    EXPECT_EQ(cause_of<CArchiveException>([&reader] { reader.gwrite("x", 1); }),
+              CArchiveException::readOnly);
     EXPECT_EQ(reader.get_error(), 4);
 
     CArchive storing(&file, CArchive::store);
     CArchiveIO writer(storing);
     char byte = 0;
-    EXPECT_EQ(archive_cause_of([&] { static_cast<void>(writer.gread(&byte, 1)); }),
+    EXPECT_EQ(cause_of<CArchiveException>([&] { static_cast<void>(writer.gread(&byte, 1)); }),
               CArchiveException::writeOnly);
     EXPECT_EQ(writer.get_error(), 5);
 }

@@ -1,4 +1,5 @@
 #include "foundation/CFileIO.h"
+#include "tests/CauseOf.h"
 
 #include "FailingFile.h"
 
@@ -24,20 +25,6 @@ public:
 private:
     ULONGLONG length_;
 };
-
-/// The cause of the CFileException* that `action` throws; -1 when it throws none.
-template <class Action>
-int cause_of(Action action)
-{
-    try {
-        action();
-    } catch (CFileException* failure) {
-        const int cause = failure->m_cause;
-        failure->Delete();
-        return cause;
-    }
-    return -1;
-}
 
 }  // namespace
 
@@ -108,7 +95,8 @@ TEST(CFileIO, GseekBeforeTheStart_IsAFileExceptionWithError6AndMovesNothing)
     FailingFile file("0123456789");
     CFileIO io(file, GIO::OpenRead);
     io.gseek(4, GIO::SeekBegin);
-    EXPECT_EQ(cause_of([&io] { io.gseek(-1, GIO::SeekBegin); }), CFileException::badSeek);
+    EXPECT_EQ(cause_of<CFileException>([&io] { io.gseek(-1, GIO::SeekBegin); }),
+              CFileException::badSeek);
     EXPECT_EQ(io.get_error(), 6);
     EXPECT_EQ(file.GetPosition(), 4u);
 }
@@ -188,7 +176,8 @@ TEST(CFileIO, PositionsBeyondLongMax_AreError6AndAFileException)
     LongFile file(kBeyond);
     CFileIO io(file, GIO::OpenRead);
     io.gseek(100, GIO::SeekBegin);
-    EXPECT_EQ(cause_of([&io] { io.gseek(0, GIO::SeekEnd); }), CFileException::badSeek);
+    EXPECT_EQ(cause_of<CFileException>([&io] { io.gseek(0, GIO::SeekEnd); }),
+              CFileException::badSeek);
     EXPECT_EQ(io.get_error(), 6);
     EXPECT_EQ(io.gtell(), 100) << "the file stays where it was";
 
@@ -197,7 +186,8 @@ TEST(CFileIO, PositionsBeyondLongMax_AreError6AndAFileException)
         Beyond() : LongFile(kBeyond) { position_ = kBeyond; }
     } beyond;
     CFileIO other(beyond, GIO::OpenRead);
-    EXPECT_EQ(cause_of([&other] { static_cast<void>(other.gtell()); }), CFileException::badSeek);
+    EXPECT_EQ(cause_of<CFileException>([&other] { static_cast<void>(other.gtell()); }),
+              CFileException::badSeek);
     EXPECT_EQ(other.get_error(), 6);
     EXPECT_EQ(other.gleft(), 0);
 }

@@ -1,4 +1,5 @@
 #include "platform/CArchive.h"
+#include "tests/CauseOf.h"
 
 #include "platform/CArchiveException.h"
 #include "platform/CMemFile.h"
@@ -15,20 +16,6 @@ std::string pattern(std::size_t size)
     for (std::size_t at = 0; at < size; ++at)
         bytes[at] = static_cast<char>(at * 7 + at / 256);
     return bytes;
-}
-
-/// The cause of the CArchiveException* that `action` throws; -1 when it throws none.
-template <class Action>
-int cause_of(Action action)
-{
-    try {
-        action();
-    } catch (CArchiveException* failure) {
-        const int cause = failure->m_cause;
-        failure->Delete();
-        return cause;
-    }
-    return -1;
 }
 
 UINT size_of(const std::string& bytes)
@@ -79,8 +66,10 @@ TEST(CArchive, WrongDirection_Throws)
     CArchive loading(&file, CArchive::load);
     char byte = 0;
 
-    EXPECT_EQ(cause_of([&] { storing.Read(&byte, 1); }), CArchiveException::writeOnly);
-    EXPECT_EQ(cause_of([&] { loading.Write(&byte, 1); }), CArchiveException::readOnly);
+    EXPECT_EQ(cause_of<CArchiveException>([&] { storing.Read(&byte, 1); }),
+              CArchiveException::writeOnly);
+    EXPECT_EQ(cause_of<CArchiveException>([&] { loading.Write(&byte, 1); }),
+              CArchiveException::readOnly);
     EXPECT_TRUE(storing.IsStoring());
     EXPECT_FALSE(storing.IsLoading());
     EXPECT_TRUE(loading.IsLoading());
@@ -123,7 +112,8 @@ TEST(CArchive, Close_LetsTheFileGoAndASecondOneDoesNothing)
 
     EXPECT_EQ(archive.GetFile(), nullptr);
     EXPECT_EQ(file.GetLength(), 3u);
-    EXPECT_EQ(cause_of([&] { archive.Write("x", 1); }), CArchiveException::genericException);
+    EXPECT_EQ(cause_of<CArchiveException>([&] { archive.Write("x", 1); }),
+              CArchiveException::genericException);
 }
 
 TEST(CArchive, AbortOrNoFlushOnDelete_LosesTheBuffer)

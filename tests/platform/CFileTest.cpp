@@ -1,4 +1,5 @@
 #include "platform/CFile.h"
+#include "tests/CauseOf.h"
 
 #include "platform/CFileException.h"
 #include "platform/CMemFile.h"
@@ -12,20 +13,6 @@
 #include <string>
 
 namespace {
-
-/// The cause of the CFileException* that `action` throws; -1 when it throws none.
-template <class Action>
-int cause_of(Action action)
-{
-    try {
-        action();
-    } catch (CFileException* failure) {
-        const int cause = failure->m_cause;
-        failure->Delete();
-        return cause;
-    }
-    return -1;
-}
 
 std::string read_all(CFile& file)
 {
@@ -71,13 +58,17 @@ TEST_F(CFileTest, SeekBeforeTheStart_FailsAndMovesNothing)
     CFile file(name_.c_str(), CFile::modeCreate | CFile::modeReadWrite);
     file.Write("abc", 3);
 
-    EXPECT_EQ(cause_of([&] { file.Seek(-4, CFile::current); }), CFileException::badSeek);
-    EXPECT_EQ(cause_of([&] { file.Seek(-4, CFile::end); }), CFileException::badSeek);
-    EXPECT_EQ(cause_of([&] { file.Seek(std::numeric_limits<LONGLONG>::min(), CFile::current); }),
+    EXPECT_EQ(cause_of<CFileException>([&] { file.Seek(-4, CFile::current); }),
               CFileException::badSeek);
-    EXPECT_EQ(cause_of([&] { file.Seek(std::numeric_limits<LONGLONG>::max(), CFile::current); }),
+    EXPECT_EQ(cause_of<CFileException>([&] { file.Seek(-4, CFile::end); }),
               CFileException::badSeek);
-    EXPECT_EQ(cause_of([&] { file.Seek(0, 3); }), CFileException::badSeek);
+    EXPECT_EQ(cause_of<CFileException>(
+                  [&] { file.Seek(std::numeric_limits<LONGLONG>::min(), CFile::current); }),
+              CFileException::badSeek);
+    EXPECT_EQ(cause_of<CFileException>(
+                  [&] { file.Seek(std::numeric_limits<LONGLONG>::max(), CFile::current); }),
+              CFileException::badSeek);
+    EXPECT_EQ(cause_of<CFileException>([&] { file.Seek(0, 3); }), CFileException::badSeek);
     EXPECT_EQ(file.GetPosition(), 3u);
 }
 
@@ -100,7 +91,7 @@ TEST_F(CFileTest, OpenAMissingFile_FalseWithTheCauseAndTheName)
     EXPECT_FALSE(file.Open(name_.c_str(), CFile::modeRead, &failure));
     EXPECT_EQ(failure.m_cause, CFileException::fileNotFound);
     EXPECT_STREQ(failure.m_strFileName, name_.c_str());
-    EXPECT_EQ(cause_of([&] { const CFile other(name_.c_str(), CFile::modeRead); }),
+    EXPECT_EQ(cause_of<CFileException>([&] { const CFile other(name_.c_str(), CFile::modeRead); }),
               CFileException::fileNotFound);
 }
 
@@ -122,11 +113,13 @@ TEST_F(CFileTest, Mode_ForbidsTheOtherDirection)
     char bytes[3];
     {
         CFile reader(name_.c_str(), CFile::modeRead);
-        EXPECT_EQ(cause_of([&] { reader.Write("x", 1); }), CFileException::accessDenied);
+        EXPECT_EQ(cause_of<CFileException>([&] { reader.Write("x", 1); }),
+                  CFileException::accessDenied);
     }
     CFile writer(name_.c_str(), CFile::modeWrite);
 
-    EXPECT_EQ(cause_of([&] { writer.Read(bytes, 3); }), CFileException::accessDenied);
+    EXPECT_EQ(cause_of<CFileException>([&] { writer.Read(bytes, 3); }),
+              CFileException::accessDenied);
 }
 
 TEST_F(CFileTest, ClosedFile_IsInvalid)
@@ -135,7 +128,7 @@ TEST_F(CFileTest, ClosedFile_IsInvalid)
     file.Close();
     file.Close();
 
-    EXPECT_EQ(cause_of([&] { file.Write("x", 1); }), CFileException::invalidFile);
+    EXPECT_EQ(cause_of<CFileException>([&] { file.Write("x", 1); }), CFileException::invalidFile);
     EXPECT_TRUE(file.Open(name_.c_str(), CFile::modeRead));
 }
 
@@ -152,10 +145,12 @@ TEST_F(CFileTest, RenameAndRemove_ActOnTheName)
     write("abc");
     const std::string other = folder_.file("other.bin");
     CFile::Rename(name_.c_str(), other.c_str());
-    EXPECT_EQ(cause_of([&] { CFile::Remove(name_.c_str()); }), CFileException::fileNotFound);
+    EXPECT_EQ(cause_of<CFileException>([&] { CFile::Remove(name_.c_str()); }),
+              CFileException::fileNotFound);
     CFile::Remove(other.c_str());
 
-    EXPECT_EQ(cause_of([&] { CFile::Remove(other.c_str()); }), CFileException::fileNotFound);
+    EXPECT_EQ(cause_of<CFileException>([&] { CFile::Remove(other.c_str()); }),
+              CFileException::fileNotFound);
 }
 
 TEST_F(CFileTest, FlushAndSetLength_KeepThePosition)
