@@ -64,27 +64,6 @@ private:
     zmr::OwnedHook hook_;
 };
 
-/// Gives the keyboard back to the window that had it: when the box goes, that window's frame is
-/// still disabled and cannot take it.
-class FocusKept {
-public:
-    FocusKept() : focus_(::GetFocus()) {}
-    ~FocusKept()
-    {
-        const HWND frame = ::IsWindow(focus_) ? ::GetAncestor(focus_, GA_ROOT) : nullptr;
-        if (frame == nullptr || !::IsWindowEnabled(frame) || ::GetFocus() == focus_)
-            return;
-        const HWND active = ::GetActiveWindow();
-        if (active == nullptr || active == frame)
-            ::SetFocus(focus_);
-    }
-    FocusKept(const FocusKept&) = delete;
-    FocusKept& operator=(const FocusKept&) = delete;
-
-private:
-    HWND focus_;
-};
-
 }  // namespace
 
 LRESULT CALLBACK GWinApp::MsgBoxHook(int code, WPARAM wparam, LPARAM lparam)
@@ -125,7 +104,6 @@ int GWinApp::DoMessageBox(LPCTSTR text, UINT type, UINT help)
         ::SendMessageA(window, WM_NULL, zmr::kBoxRequest, reinterpret_cast<LPARAM>(&request));
         return request.result;
     }
-    const FocusKept focus;  // ends behind the windows' disabling
     const TrueModalMaker modal;
     const IdleTurnsOfABox idle_turns;
     return CWinApp::DoMessageBox(text, type, help);

@@ -29,10 +29,22 @@ std::vector<HWND> windows_of_thread()
     return windows;
 }
 
+/// Gives the keyboard to `focus`, unless another window of the thread has become active meanwhile.
+void give_focus_back(HWND focus)
+{
+    const HWND frame = ::IsWindow(focus) ? ::GetAncestor(focus, GA_ROOT) : nullptr;
+    if (frame == nullptr || !::IsWindowEnabled(frame) || ::GetFocus() == focus)
+        return;
+    const HWND active = ::GetActiveWindow();
+    if (active == nullptr || active == frame)
+        ::SetFocus(focus);
+}
+
 }  // namespace
 
 TrueModalMaker::TrueModalMaker()
-    : windows_(
+    : focus_(::GetFocus()),
+      windows_(
           windows_of_thread(), [](HWND window) { return ::IsWindowEnabled(window) != FALSE; },
           [](HWND window) { ::EnableWindow(window, FALSE); })
 {
@@ -44,4 +56,5 @@ TrueModalMaker::~TrueModalMaker()
         if (::IsWindow(window))
             ::EnableWindow(window, TRUE);
     });
+    give_focus_back(focus_);
 }

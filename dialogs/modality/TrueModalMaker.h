@@ -15,11 +15,14 @@ class ZMR_GV_API TrueModalMaker {
 public:
     TrueModalMaker();
     /// Enables what the begin disabled, the last one first; windows that have gone are left out.
+    /// The window that had the keyboard gets it back: when the modal one goes, its frame is still
+    /// disabled and cannot take it.
     ~TrueModalMaker();
     /// A copy gives the same windows back at its own end.
     TrueModalMaker(const TrueModalMaker&) = default;
     TrueModalMaker& operator=(const TrueModalMaker&) = delete;
 
 private:
+    HWND focus_;  ///< Had the keyboard at the begin; null for none.
     zmr::ModalList<HWND> windows_;
 };
