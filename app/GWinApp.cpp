@@ -14,6 +14,7 @@
 #include "responder/GIdler.h"
 #include "settings/GHelp.h"
 #include "settings/LibraryIds.h"
+#include "settings/MessageFlags.h"
 #include "settings/MsgBox.h"
 
 #include <clocale>
@@ -25,8 +26,6 @@ BEGIN_MESSAGE_MAP(GWinApp, CWinApp)
 END_MESSAGE_MAP()
 
 namespace {
-
-constexpr unsigned long kFailureFlags = 0x405;  ///< An error, with an OK button.
 
 [[noreturn]] void throw_out_of_memory()
 {
@@ -96,7 +95,7 @@ int GWinApp::Run()
         try {
             return zmr::guarded([this] { return CWinApp::Run(); });
         } catch (const GLibraryException& failure) {
-            MsgBox::message_box(failure.message_text.text, kFailureFlags);
+            MsgBox::message_box(failure.message_text.text, zmr::kMessageReport);
         }
         if (m_msgCur.message == WM_QUIT)  // it came from the very end, which is not begun anew
             return static_cast<int>(m_msgCur.wParam);

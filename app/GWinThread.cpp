@@ -7,6 +7,7 @@
 #include "platform/FaultTranslation.h"
 
 #include "foundation/GException.h"
+#include "settings/MessageFlags.h"
 #include "settings/MsgBox.h"
 
 #include <objbase.h>
@@ -30,13 +31,11 @@ public:
     }
     void show(const GLibraryException& failure) override
     {
-        MsgBox::message_box(failure.message_text.text, kFailureFlags);
+        MsgBox::message_box(failure.message_text.text, zmr::kMessageReport);
     }
     void report(CException& failure) override { failure.ReportError(); }
 
 private:
-    static constexpr unsigned long kFailureFlags = 0x405;  // an error, with an OK button
-
     GWinThread& thread_;
     bool joined_ = false;
 };

@@ -9,13 +9,15 @@ namespace zmr {
 
 inline constexpr unsigned long kMessageError = 0x001;
 inline constexpr unsigned long kMessageInformation = 0x002;
-/// Changes nothing; who reports a failure passes it too, as 0x405.
+/// Changes nothing; who reports a failure passes it too.
 inline constexpr unsigned long kMessageFailure = 0x004;
 inline constexpr unsigned long kMessageSecondIsDefault = 0x008;
 inline constexpr unsigned long kMessageThirdIsDefault = 0x010;
 inline constexpr unsigned long kMessageYesNo = 0x100;
 inline constexpr unsigned long kMessageOk = 0x400;
 inline constexpr unsigned long kMessageCancel = 0x800;
+/// What a failure is reported with.
+inline constexpr unsigned long kMessageReport = kMessageError | kMessageFailure | kMessageOk;
 
 inline constexpr unsigned long kAnswerOk = 1;
 inline constexpr unsigned long kAnswerCancel = 2;
