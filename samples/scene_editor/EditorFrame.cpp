@@ -1,8 +1,9 @@
 // The main window: its life, its panes and its keys.
 #include "scene_editor/EditorFrame.h"
 
-#include "platform/CClientDC.h"
+#include "platform/HandlesGdi.h"
 #include "scene_editor/SceneEditor.h"
+#include "scene_editor/TextHeight.h"
 #include "scene_editor/WindowMessages.h"
 #include "scene_editor/resource.h"
 
@@ -138,13 +139,8 @@ bool EditorFrame::create_panes()
     for (CWnd* const pane : std::initializer_list<CWnd*>{&tree_, &filter_, &list_})
         pane->SetFont(&font_);
 
-    CClientDC dc(this);
-    CFont* const former = dc.SelectObject(&font_);
-    TEXTMETRIC text{};
-    dc.GetTextMetrics(&text);
-    dc.SelectObject(former);
-    filter_height_px_ = static_cast<int>(text.tmHeight) + editor::scaled(4, dpi_) +
-                        2 * ::GetSystemMetrics(SM_CYEDGE);
+    filter_height_px_ =
+        text_height(*this, font_) + editor::scaled(4, dpi_) + 2 * ::GetSystemMetrics(SM_CYEDGE);
 
     constexpr std::array<UINT, 3> kPanes{ID_SEPARATOR, ID_PANE_COUNTS, ID_PANE_NAME};
     if (!status_bar_.SetIndicators(kPanes.data(), static_cast<int>(kPanes.size())))

@@ -1,8 +1,8 @@
 #include "scene_editor/PreviewPane.h"
 
-#include "platform/CClientDC.h"
 #include "platform/CFont.h"
 #include "platform/CPaintDC.h"
+#include "scene_editor/TextHeight.h"
 #include "scene_editor/core/PaneLayout.h"
 
 #include <algorithm>
@@ -28,12 +28,7 @@ BOOL PreviewPane::create(CWnd& parent, UINT id, CFont& font, int dpi)
     const DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | WS_CLIPCHILDREN;
     if (!Create(window_class, "", style, RECT{}, &parent, id))
         return FALSE;
-    CClientDC dc(this);
-    CFont* const former = dc.SelectObject(&font);
-    TEXTMETRIC metrics{};
-    dc.GetTextMetrics(&metrics);
-    dc.SelectObject(former);
-    line_px_ = static_cast<int>(metrics.tmHeight) + editor::scaled(2, dpi);
+    line_px_ = text_height(*this, font) + editor::scaled(2, dpi);
     margin_px_ = editor::scaled(4, dpi);
     frame_px_ = ::GetSystemMetrics(SM_CXBORDER);  // as wide as the other panes' edges
 

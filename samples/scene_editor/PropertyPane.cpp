@@ -1,9 +1,9 @@
 #include "scene_editor/PropertyPane.h"
 
-#include "platform/CClientDC.h"
 #include "platform/CFont.h"
 #include "platform/CString.h"
 #include "platform/CWinApp.h"
+#include "scene_editor/TextHeight.h"
 #include "scene_editor/core/PaneLayout.h"
 #include "scene_editor/resource.h"
 
@@ -30,13 +30,8 @@ BOOL PropertyPane::create(CWnd& parent, UINT id, CFont& font, int dpi)
     const DWORD style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN;
     if (!CreateEx(WS_EX_CONTROLPARENT, window_class, "", style, RECT{}, &parent, id))
         return FALSE;
-    CClientDC dc(this);
-    CFont* const former = dc.SelectObject(&font);
-    TEXTMETRIC metrics{};
-    dc.GetTextMetrics(&metrics);
-    dc.SelectObject(former);
-    line_px_ = static_cast<int>(metrics.tmHeight) + editor::scaled(4, dpi) +
-               2 * ::GetSystemMetrics(SM_CYEDGE);
+    line_px_ =
+        text_height(*this, font) + editor::scaled(4, dpi) + 2 * ::GetSystemMetrics(SM_CYEDGE);
     margin_px_ = editor::scaled(4, dpi);
     caption_px_ = editor::scaled(kCaptionAt96, dpi);
 
