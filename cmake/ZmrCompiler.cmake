@@ -53,6 +53,12 @@ if(NOT WIN32)
     add_compile_definitions($<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 endif()
 
+if(NOT WIN32 AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Symbols that the loader keeps one of for the whole process would hold every library that has
+    # one in memory for ever.
+    add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fno-gnu-unique>)
+endif()
+
 if(WIN32)
     # A processor fault becomes a C++ exception in the running function: every unit between the
     # fault and its catch needs both flags.
