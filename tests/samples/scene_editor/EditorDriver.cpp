@@ -11,6 +11,7 @@ namespace {
 
 constexpr DWORD kLimitMs = EditorDriver::kLimitMs;
 constexpr DWORD kForegroundMs = 3'000;
+constexpr DWORD kSettleMs = 2'000;
 constexpr DWORD kTurnMs = 10;
 constexpr int kPreviewTitle = 2;
 constexpr int kMessageText = 0xFFFF;
@@ -72,18 +73,32 @@ void send_mouse(DWORD flags, LONG x = 0, LONG y = 0)
     ::SendInput(1, &input, sizeof input);
 }
 
-// Goes on when the mouse is there: a button that came earlier would be pressed where it was.
-void move_mouse(LONG x, LONG y)
+/// What of a thread's windows input goes to.
+struct InputPlace {
+    HWND front = nullptr;
+    HWND focus = nullptr;
+    HWND capture = nullptr;
+    DWORD loops = 0;
+    bool operator==(const InputPlace&) const = default;
+};
+
+InputPlace input_place(DWORD thread)
 {
-    constexpr DWORD kMoveMs = 1'000;
-    send_mouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, x, y);
-    EditorDriver::wait_for(
-        [x, y] {
-            POINT here{};
-            ::GetCursorPos(&here);
-            return here.x == x && here.y == y;
-        },
-        kMoveMs);
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    if (!::GetGUIThreadInfo(thread, &info))
+        return {};
+    return {::GetForegroundWindow(), info.hwndFocus, info.hwndCapture, info.flags};
+}
+
+/// How many popup menus are on the screen.
+int open_popups()
+{
+    int count = 0;
+    for (HWND popup = nullptr;
+         (popup = ::FindWindowExA(nullptr, popup, "#32768", nullptr)) != nullptr;)
+        count += ::IsWindowVisible(popup) ? 1 : 0;
+    return count;
 }
 
 }  // namespace
@@ -236,7 +251,43 @@ bool EditorDriver::wait_for(const std::function<bool()>& condition, DWORD limit_
     return true;
 }
 
-void EditorDriver::key(WORD code, const std::vector<WORD>& held)
+// The system below tells a program late that a window of its has come or gone. Until it has, keys
+// that are held count as let go, a menu is taken away, and the mouse goes back to where it was.
+void EditorDriver::settle()
+{
+    constexpr int kLooks = 4;
+    const DWORD thread = ::GetWindowThreadProcessId(frame_, nullptr);
+    InputPlace last;
+    int looks = 0;
+    wait_for(
+        [&] {
+            // An answer tells that it has taken what came before.
+            const InputPlace place = is_alive() ? input_place(thread) : InputPlace{};
+            looks = place == last ? looks + 1 : 0;
+            last = place;
+            return looks >= kLooks;
+        },
+        kSettleMs);
+}
+
+// Goes on when the mouse stays there: a button would be pressed where it went meanwhile.
+void EditorDriver::move_mouse(LONG x, LONG y)
+{
+    constexpr int kLooks = 3;
+    int looks = 0;
+    wait_for(
+        [&] {
+            POINT here{};
+            if (is_alive() && ::GetCursorPos(&here) && here.x == x && here.y == y)
+                return ++looks >= kLooks;
+            looks = 0;
+            send_mouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, x, y);
+            return false;
+        },
+        kSettleMs);
+}
+
+void EditorDriver::press(WORD code, const std::vector<WORD>& held)
 {
     for (const WORD one : held)
         send_key(one, false);
@@ -246,14 +297,61 @@ void EditorDriver::key(WORD code, const std::vector<WORD>& held)
         send_key(*one, true);
 }
 
+void EditorDriver::key(WORD code, const std::vector<WORD>& held)
+{
+    settle();
+    press(code, held);
+}
+
+bool EditorDriver::choose(const std::string& letters, const std::function<bool()>& done)
+{
+    constexpr int kTries = 6;
+    constexpr DWORD kTryMs = 3'000;
+    for (int tries = 0; tries < kTries; ++tries) {
+        if (!wait_for([this] { return takes_input(); }))
+            return false;
+        key(static_cast<WORD>(::VkKeyScan(letters.front()) & 0xFF), {VK_MENU});
+        int popups = 1;
+        bool is_open = true;
+        for (const char letter : letters.substr(1)) {
+            is_open = wait_for([popups] { return open_popups() == popups; }, kTryMs);
+            if (!is_open)
+                break;
+            key(static_cast<WORD>(::VkKeyScan(letter) & 0xFF));
+            ++popups;
+        }
+        if (is_open && wait_for(done, kTryMs))
+            return true;
+        leave_menus();
+        if (done())
+            return true;
+    }
+    return false;
+}
+
+// One Escape for each popup, and one for the bar.
+void EditorDriver::leave_menus()
+{
+    const DWORD thread = ::GetWindowThreadProcessId(frame_, nullptr);
+    const auto is_in_menu = [thread] { return (input_place(thread).loops & GUI_INMENUMODE) != 0; };
+    for (int presses = 0; presses < 4 && is_in_menu(); ++presses)
+        key(VK_ESCAPE);
+}
+
+bool EditorDriver::takes_input() const
+{
+    return ::GetForegroundWindow() == frame_ && ::IsWindowEnabled(frame_) != FALSE;
+}
+
 void EditorDriver::type(const std::string& text)
 {
+    settle();
     for (const char letter : text) {
         const SHORT code = ::VkKeyScan(letter);
         if ((HIBYTE(code) & 1) != 0)
-            key(LOBYTE(code), {VK_SHIFT});
+            press(LOBYTE(code), {VK_SHIFT});
         else
-            key(LOBYTE(code));
+            press(LOBYTE(code));
     }
 }
 

@@ -59,6 +59,9 @@ public:
 
     /// Presses and lets go, with the keys that are held meanwhile.
     void key(WORD code, const std::vector<WORD>& held = {});
+    /// Chooses from the menus by letters, the first one that of the bar, until `done` holds: tried
+    /// again where the system took a menu away. False when it never held.
+    [[nodiscard]] bool choose(const std::string& letters, const std::function<bool()>& done);
     /// ASCII text.
     void type(const std::string& text);
     void click(HWND window, int x, int y);
@@ -71,8 +74,15 @@ public:
 
     /// Waits for its end; its exit code, -1 when it does not end.
     int wait_for_end();
+    /// Whether keys go to the main window: no box and no other program is in front of it.
+    [[nodiscard]] bool takes_input() const;
 
 private:
+    void settle();
+    void move_mouse(LONG x, LONG y);
+    void press(WORD code, const std::vector<WORD>& held = {});
+    void leave_menus();
+
     std::unique_ptr<ChildProcess> process_;
     HWND frame_ = nullptr;
 };

@@ -351,14 +351,10 @@ TEST_F(SceneProgram, HiddenAndDisabledObjects_ShowAndTakeNoInput)
 TEST_F(SceneProgram, ViewMenu_HidesEitherPart)
 {
     const auto is_seen = [this](int id) { return ::IsWindowVisible(editor.control(id)) != FALSE; };
-    editor.key('V', {VK_MENU});
-    editor.type("s");
-    EXPECT_TRUE(EditorDriver::wait_for([&] { return !is_seen(IDC_SCENE); }));
+    EXPECT_TRUE(editor.choose("vs", [&] { return !is_seen(IDC_SCENE); }));
     EXPECT_TRUE(EditorDriver::wait_for([&] { return !is_seen(IDC_PROPERTIES); }));
     EXPECT_TRUE(is_seen(IDC_ENTRIES));
-    editor.key('V', {VK_MENU});
-    editor.type("l");
-    EXPECT_TRUE(EditorDriver::wait_for([&] { return is_seen(IDC_SCENE); }))
+    EXPECT_TRUE(editor.choose("vl", [&] { return is_seen(IDC_SCENE); }))
         << "one of the two is always seen";
     EXPECT_TRUE(EditorDriver::wait_for([&] { return !is_seen(IDC_ENTRIES); }));
     EXPECT_TRUE(EditorDriver::wait_for([this] { return editor.has_focus(IDC_SCENE); }));
@@ -405,9 +401,7 @@ TEST(SceneProgramStart, FiftyModelsOf5000Triangles_AreDraggedWithTimesToldByDiag
             EditorDriver::wait_for([&] { return editor.text_of(IDC_PROPERTY_X) == there; }));
     }
 
-    editor.key('D', {VK_MENU});
-    editor.type("h");
-    ASSERT_TRUE(EditorDriver::wait_for([&] { return !editor.message().empty(); }));
+    ASSERT_TRUE(editor.choose("dh", [&] { return !editor.message().empty(); }));
     std::cout << editor.message() << std::endl;
     EXPECT_THAT(editor.message(), HasSubstr("Pictures of the scene: "));
     editor.key(VK_RETURN);
