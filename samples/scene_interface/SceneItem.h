@@ -37,6 +37,8 @@ public:
     /// behaviours may choose another x and y. Tells of the change when there is one.
     virtual void set_place(const Place& place) = 0;
     [[nodiscard]] virtual std::uint32_t triangle_count() const = 0;
+    /// The step of the grid on whose points a behaviour holds it, in scene units; 0 without one.
+    [[nodiscard]] virtual double grid_step() const = 0;
     /// To be called when the label, the palette or the behaviours were changed from outside.
     virtual void touch() = 0;
 

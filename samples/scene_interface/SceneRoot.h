@@ -14,6 +14,12 @@ struct Canvas {
     int height_px = 0;
 };
 
+/// A place of a scene, in scene units.
+struct Point {
+    double x = 0;
+    double y = 0;
+};
+
 /// What the root of a scene offers beside being a responder; see SceneItem. The class that the
 /// module brings is called "SceneSpace".
 ///
@@ -37,6 +43,8 @@ public:
     virtual void draw(const Canvas& canvas) = 0;
     /// The visible child that is drawn at that pixel of the view; null for the ground.
     [[nodiscard]] virtual GResponder* item_at(int x_px, int y_px) = 0;
+    /// The place at the upper left corner of that pixel, which may lie outside of the view.
+    [[nodiscard]] virtual Point point_at(int x_px, int y_px) const = 0;
 
     /// A number that grows with every change of what would be saved.
     [[nodiscard]] virtual std::uint64_t revision() const = 0;

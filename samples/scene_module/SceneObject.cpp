@@ -7,6 +7,7 @@
 #include "scene_module/ReceiversAside.h"
 #include "scene_module/SceneMesh.h"
 #include "scene_module/SceneSpace.h"
+#include "scene_module/SnapToGrid.h"
 
 #include <algorithm>
 #include <cmath>
@@ -92,6 +93,16 @@ SceneSpace* SceneObject::space() const
 std::uint32_t SceneObject::triangle_count() const
 {
     return mesh_ != nullptr ? static_cast<std::uint32_t>(mesh_->shape().triangles.size()) : 0;
+}
+
+double SceneObject::grid_step() const
+{
+    for (const GBehaviour* behaviour = get_behaviours(); behaviour != nullptr;
+         behaviour = behaviour->get_next()) {
+        if (const auto* const grid = zmr::class_cast<SnapToGrid>(behaviour))
+            return grid->step();
+    }
+    return 0;
 }
 
 void SceneObject::touch()

@@ -25,6 +25,7 @@ public:
     [[nodiscard]] scene::Place place() const override { return place_; }
     void set_place(const scene::Place& place) override;
     [[nodiscard]] std::uint32_t triangle_count() const override;
+    [[nodiscard]] double grid_step() const override;
     void touch() override;
     [[nodiscard]] const SceneMesh* mesh() const { return mesh_; }
     [[nodiscard]] bool is_dragged() const { return drag_ == Drag::Moving; }

@@ -35,6 +35,7 @@ public:
     void view_all() override;
     void draw(const scene::Canvas& canvas) override;
     [[nodiscard]] GResponder* item_at(int x_px, int y_px) override;
+    [[nodiscard]] scene::Point point_at(int x_px, int y_px) const override;
     [[nodiscard]] std::uint64_t revision() const override { return revision_; }
 
     // For its objects.

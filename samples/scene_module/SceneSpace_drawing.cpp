@@ -86,6 +86,12 @@ GResponder* SceneSpace::item_at(int x_px, int y_px)
     return nullptr;
 }
 
+scene::Point SceneSpace::point_at(int x_px, int y_px) const
+{
+    return {middle_x_ + (x_px - width_px_ / 2.0) / px_per_unit(),
+            middle_y_ + (y_px - height_px_ / 2.0) / px_per_unit()};
+}
+
 void SceneSpace::draw(const scene::Canvas& canvas)
 {
     if (canvas.width_px <= 0 || canvas.height_px <= 0)

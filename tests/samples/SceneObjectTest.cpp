@@ -193,7 +193,9 @@ TEST(SceneObject, SnapToGrid_DecidesWhereItComesToLie)
     SceneHost host;
     SceneObject* const a = host.add("a", 0, 0);
     auto* const snap = new SnapToGrid;
+    EXPECT_EQ(a->grid_step(), 0);
     a->attach(snap);
+    EXPECT_EQ(a->grid_step(), SnapToGrid::kUsualStep);
 
     host.drag(kX, kY, kX + 60, kY - 35);
     EXPECT_DOUBLE_EQ(a->place().x, 50);

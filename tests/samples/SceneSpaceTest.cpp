@@ -289,6 +289,18 @@ TEST(SceneSpace, Wheel_ScalesAboutTheMouse)
     host.draw();
 }
 
+TEST(SceneSpace, PointAt_IsThePlaceThatAPixelShows)
+{
+    SceneHost host;
+    wheel(host, kX + 40, kY - 20, 3);
+    for (const auto& [x, y] : {std::pair{0, 0}, {kX, kY}, {-50, 1000}}) {
+        const scene::Point point = host.space->point_at(x, y);
+
+        EXPECT_NEAR(host.space->x_px(point.x), x, 1e-9);
+        EXPECT_NEAR(host.space->y_px(point.y), y, 1e-9);
+    }
+}
+
 TEST(SceneSpace, Home_ShowsEverything)
 {
     SceneHost host;

@@ -1,15 +1,18 @@
 #include "scene_editor/core/LibraryWorker.h"
 
+#include "scene_editor/core/CommandLine.h"
 #include "scene_editor/core/LibrarySession.h"
 
 #include <exception>
 #include <iterator>
 #include <utility>
+#include <variant>
 
 namespace editor {
 
-LibraryWorker::LibraryWorker(std::function<void()> results_wait)
+LibraryWorker::LibraryWorker(std::function<void()> results_wait, Teller tell)
     : results_wait_(std::move(results_wait)),
+      tell_(std::move(tell)),
       drawing_thread_([this] { run_drawing(); }),
       thread_([this] { run(); })
 {
@@ -35,7 +38,14 @@ void LibraryWorker::open(const std::string& file)
         preview_.reset();
         is_listing_ = false;
     }
-    add_task([this, file](LibrarySession& session) { give(session.open(file)); });
+    add_task([this, file](LibrarySession& session) {
+        const std::string name(file_part(file));
+        tell("Opening " + name);
+        LibraryResult result = session.open(file);
+        const bool is_open = std::holds_alternative<LibraryOpened>(result);
+        tell(name + (is_open ? " is open" : " could not be opened"));
+        give(std::move(result));
+    });
 }
 
 void LibraryWorker::list_directories(const DirectoryPath& path)
@@ -91,10 +101,12 @@ void LibraryWorker::rename(ListingId listing, const DirectoryPath& path, const L
                            const std::string& to)
 {
     add_task([=, this](LibrarySession& session) {
-        if (const auto reason = session.rename(path, entry.name, to))
+        if (const auto reason = session.rename(path, entry.name, to)) {
             give(ChangeRefused{*reason});
-        else
-            give(EntryRenamed{listing, entry.row, to});
+            return;
+        }
+        tell(entry.name + " is now " + to);
+        give(EntryRenamed{listing, entry.row, to});
     });
 }
 
@@ -255,6 +267,12 @@ void LibraryWorker::run_drawing()
         is_drawing_ = false;
         idle_.notify_all();
     }
+}
+
+void LibraryWorker::tell(const std::string& text) const
+{
+    if (tell_)
+        tell_(text);
 }
 
 void LibraryWorker::give(LibraryResult result)

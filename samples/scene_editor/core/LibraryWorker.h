@@ -21,8 +21,11 @@ struct PreviewRead;
 /// under way lets other work between its batches.
 class LibraryWorker {
 public:
-    /// `results_wait` is called in the worker's thread when results come to an empty queue.
-    explicit LibraryWorker(std::function<void()> results_wait);
+    using Teller = std::function<void(const std::string&)>;
+
+    /// `results_wait` is called in the worker's thread when results come to an empty queue; `tell`,
+    /// where given, is called there with what it does to the library, as a short text for people.
+    explicit LibraryWorker(std::function<void()> results_wait, Teller tell = {});
     /// Ends what is under way, closes the library and waits for the thread.
     ~LibraryWorker();
     LibraryWorker(const LibraryWorker&) = delete;
@@ -76,8 +79,10 @@ private:
     void list_more(LibrarySession& session);
     void load_preview(LibrarySession& session, const WantedPreview& wanted);
     void give(LibraryResult result);
+    void tell(const std::string& text) const;
 
     std::function<void()> results_wait_;
+    Teller tell_;
     std::mutex mutex_;
     std::condition_variable work_waits_;
     std::condition_variable idle_;
