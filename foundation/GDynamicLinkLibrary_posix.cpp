@@ -5,11 +5,19 @@
 
 #include <dlfcn.h>
 
+#include <cstdio>
 #include <string>
 
 namespace {
 
-thread_local GString last_error;
+// Without a destructor: the system keeps a library in memory as long as a thread lives that has a
+// value with one.
+thread_local char last_error[1024];
+
+void note_error(const char* text)
+{
+    std::snprintf(last_error, sizeof last_error, "%s", text);
+}
 
 }  // namespace
 
@@ -22,18 +30,18 @@ bool GDynamicLinkLibrary::load(const char* name, int)
 {
     unload();
     if (name == nullptr || *name == '\0') {  // an empty name would stand for the program itself
-        last_error = "no name was given";
+        note_error("no name was given");
         return false;
     }
     const std::string path = zmr::system_path(name);
     // A name without a directory is looked for by the system.
     if (path.find('/') != std::string::npos && zmr::is_cut_shared_object(path)) {
-        last_error = "a part of the file is missing";
+        note_error("a part of the file is missing");
         return false;
     }
     module = static_cast<HINSTANCE>(::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
     if (module == nullptr)
-        last_error = ::dlerror();
+        note_error(::dlerror());
     return module != nullptr;
 }
 

@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <limits>
+#include <new>
 
 namespace zmr {
 namespace {
@@ -320,7 +322,10 @@ public:
 
 FileSystemDevice& FileSystemDevice::Real()
 {
-    static auto* const real = new PosixFileSystem;  // never destroyed: late destructors write too
+    // Never destroyed, as late destructors write too, and nothing left behind by a library that
+    // goes.
+    alignas(PosixFileSystem) static std::byte place[sizeof(PosixFileSystem)];
+    static auto* const real = ::new (place) PosixFileSystem;
     return *real;
 }
 

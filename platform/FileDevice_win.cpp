@@ -4,8 +4,10 @@
 #include "platform/WideText.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <limits>
 #include <mutex>
+#include <new>
 #include <vector>
 
 namespace zmr {
@@ -352,7 +354,10 @@ public:
 
 FileSystemDevice& FileSystemDevice::Real()
 {
-    static auto* const real = new WindowsFileSystem;  // never destroyed: late destructors write too
+    // Never destroyed, as late destructors write too, and nothing left behind by a library that
+    // goes.
+    alignas(WindowsFileSystem) static std::byte place[sizeof(WindowsFileSystem)];
+    static auto* const real = ::new (place) WindowsFileSystem;
     return *real;
 }
 

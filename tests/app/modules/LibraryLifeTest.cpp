@@ -1,4 +1,5 @@
 #include "tests/app/modules/LoadedLibrary.h"
+#include "tests/app/modules/plugins/PluginExport.h"
 
 #include <gtest/gtest.h>
 
@@ -55,8 +56,31 @@ TEST(LibraryLife, LoadedAndUnloaded_IsOutOfMemory)
         EXPECT_TRUE(LoadedLibrary::IsLoaded(kPlugin));
     }
     EXPECT_FALSE(LoadedLibrary::IsLoaded(kPlugin));
-    if (LoadedLibrary::CanLibraryEnd()) {
-        EXPECT_FALSE(LoadedLibrary::IsLoaded(kLibrary));
+    EXPECT_FALSE(LoadedLibrary::IsLoaded(kLibrary));
+}
+
+TEST(LibraryLife, AgainAndAgainInEachOrder_IsOutOfMemoryEachTime)
+{
+    for (int turn = 0; turn < turns(); ++turn) {
+        for (const auto action : {end_plugin_first, end_library_first, end_plugin_alone}) {
+            action();
+            ASSERT_FALSE(LoadedLibrary::IsLoaded(kPlugin)) << "turn " << turn;
+            ASSERT_FALSE(LoadedLibrary::IsLoaded(kLibrary)) << "turn " << turn;
+        }
+    }
+}
+
+TEST(LibraryLife, LibraryThatWasUsed_IsOutOfMemoryAllTheSame)
+{
+    for (int turn = 0; turn < turns(); ++turn) {
+        {
+            const LoadedLibrary plugin(kPlugin);
+            const auto use = reinterpret_cast<UseLibrary>(plugin.find_symbol("plugin_use_library"));
+            ASSERT_NE(use, nullptr);
+            ASSERT_STREQ(use(), "") << "turn " << turn;
+        }
+        ASSERT_FALSE(LoadedLibrary::IsLoaded(kPlugin)) << "turn " << turn;
+        ASSERT_FALSE(LoadedLibrary::IsLoaded(kLibrary)) << "turn " << turn;
     }
 }
 

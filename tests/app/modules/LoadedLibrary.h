@@ -17,8 +17,8 @@ public:
     /// Loads what the library of that file needs of the system, for good: some of the system's
     /// libraries keep something each time that they come and go.
     static void HoldWhatItNeeds(const char* file);
-    /// False where the compiler's own symbols keep the library itself in memory for good.
-    [[nodiscard]] static bool CanLibraryEnd();
+    /// The address of an exported function, or null.
+    [[nodiscard]] void* find_symbol(const char* name) const;
 
 private:
     void* handle_;

@@ -60,9 +60,9 @@ void LoadedLibrary::HoldWhatItNeeds(const char* file)
     }
 }
 
-bool LoadedLibrary::CanLibraryEnd()
+void* LoadedLibrary::find_symbol(const char* name) const
 {
-    return true;
+    return reinterpret_cast<void*>(::GetProcAddress(static_cast<HMODULE>(handle_), name));
 }
 
 std::string what_grows(const std::function<void()>& action, int turns, int bytes_per_turn)

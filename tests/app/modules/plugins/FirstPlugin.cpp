@@ -1,7 +1,10 @@
 #include "PluginExport.h"
 
+#include "foundation/GDynamicLinkLibrary.h"
+#include "foundation/GException.h"
 #include "foundation/GObjectFileFormat.h"
 #include "foundation/ModuleObjects.h"
+#include "store/RegularExpression.h"
 
 // A plug-in with a class that counts its objects and a file format.
 
@@ -47,6 +50,7 @@ FirstFormat first_format;
 
 PLUGIN_EXPORT void plugin_tell_end(EndListener listener);
 PLUGIN_EXPORT GStreamable* plugin_make();
+PLUGIN_EXPORT const char* plugin_use_library();
 
 void plugin_tell_end(EndListener listener)
 {
@@ -56,4 +60,24 @@ void plugin_tell_end(EndListener listener)
 GStreamable* plugin_make()
 {
     return new FirstThing;
+}
+
+const char* plugin_use_library()
+{
+    FirstThing thing;
+    GStreamable* const copied = thing.clone(true);
+    if (copied == nullptr)
+        return "no copy";
+    GStreamable::destroy(copied);
+    if (GDynamicLinkLibrary("./no such library", 0).module != nullptr)
+        return "what is missing was loaded";
+    if (GDynamicLinkLibrary::LastError().is_empty())
+        return "no reason";
+    if (!(RegularExpression("a+") == "aaa"))
+        return "no match";
+    try {
+        throw GStreamException("thrown");
+    } catch (const GException&) {
+        return "";
+    }
 }

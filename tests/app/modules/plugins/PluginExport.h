@@ -16,3 +16,5 @@ using EndListener = void (*)(const char* name);
 using TellEnd = void (*)(EndListener listener);
 /// plugin_make: a new object of the plug-in's class, the caller's.
 using MakeThing = GStreamable* (*)();
+/// plugin_use_library: has the library work a little. What went wrong, empty when nothing did.
+using UseLibrary = const char* (*)();
