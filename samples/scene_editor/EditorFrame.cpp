@@ -6,6 +6,8 @@
 #include "scene_editor/TextHeight.h"
 #include "scene_editor/WindowMessages.h"
 #include "scene_editor/resource.h"
+#include "settings/MsgBox.h"
+#include "settings/RegistryManager.h"
 
 #include <algorithm>
 #include <array>
@@ -15,6 +17,7 @@ BEGIN_MESSAGE_MAP(EditorFrame, CFrameWnd)
     ON_WM_DESTROY()
     ON_WM_CLOSE()
     ON_WM_QUERYENDSESSION()
+    ON_WM_ENDSESSION()
     ON_WM_GETMINMAXINFO()
     ON_WM_ENTERMENULOOP()
     ON_WM_EXITMENULOOP()
@@ -24,6 +27,13 @@ BEGIN_MESSAGE_MAP(EditorFrame, CFrameWnd)
     ON_MESSAGE(WM_FILTER_LEFT, &EditorFrame::OnFilterLeft)
     ON_MESSAGE(WM_RESULTS_WAIT, &EditorFrame::OnResultsWait)
     ON_MESSAGE(WM_IDLEUPDATECMDUI, &EditorFrame::OnIdle)
+    ON_MESSAGE(MsgBox::kUpdateMessage, &EditorFrame::OnStatusText)
+    ON_MESSAGE(WM_HELPHITTEST, &EditorFrame::OnHelpHitTest)
+    ON_MESSAGE(WM_COMMANDHELP, &EditorFrame::OnCommandHelp)
+    ON_COMMAND(ID_HELP, &EditorFrame::OnHelp)
+    ON_COMMAND(ID_CONTEXT_HELP, &EditorFrame::OnContextHelp)
+    ON_COMMAND(ID_HELP_FINDER, &EditorFrame::OnHelpFinder)
+    ON_COMMAND(ID_DEFAULT_HELP, &EditorFrame::OnHelpFinder)
     ON_COMMAND(ID_FILE_OPEN, &EditorFrame::OnFileOpen)
     ON_COMMAND(ID_FILE_RELOAD, &EditorFrame::OnFileReload)
     ON_COMMAND(ID_ENTRY_RENAME, &EditorFrame::OnEntryRename)
@@ -52,7 +62,6 @@ BEGIN_MESSAGE_MAP(EditorFrame, CFrameWnd)
     ON_UPDATE_COMMAND_UI_RANGE(ID_VIEW_SCENE, ID_VIEW_LIBRARY, &EditorFrame::OnUpdatePart)
     ON_UPDATE_COMMAND_UI_RANGE(ID_SCENE_FIRST, ID_SCENE_LAST, &EditorFrame::OnUpdateScene)
     ON_UPDATE_COMMAND_UI(ID_PANE_COUNTS, &EditorFrame::OnUpdateCounts)
-    ON_UPDATE_COMMAND_UI(ID_PANE_NAME, &EditorFrame::OnUpdateName)
     ON_EN_CHANGE(IDC_FILTER, &EditorFrame::OnFilterChanged)
     ON_NOTIFY(TVN_SELCHANGEDA, IDC_DIRECTORIES, &EditorFrame::OnTreeSelected)
     ON_NOTIFY(TVN_ITEMEXPANDINGA, IDC_DIRECTORIES, &EditorFrame::OnTreeExpanding)
@@ -70,8 +79,6 @@ constexpr int kWidthAt96 = 1060;
 constexpr int kHeightAt96 = 820;
 constexpr int kLeastWidthAt96 = 640;
 constexpr int kLeastHeightAt96 = 400;
-constexpr int kCountsPaneAt96 = 190;
-constexpr int kNamePaneAt96 = 200;
 
 int screen_dpi()
 {
@@ -92,7 +99,14 @@ EditorFrame::~EditorFrame() = default;
 
 bool EditorFrame::create()
 {
-    return LoadFrame(IDR_SCENE_EDITOR, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN) != FALSE;
+    settings_ = editor::read_settings(*RegistryManager::get(), dpi_);
+    widths_ = settings_.widths;
+    sizes_ = settings_.sizes;
+    shown_ = settings_.shown;
+    if (!LoadFrame(IDR_SCENE_EDITOR, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN))
+        return false;
+    use_settings();
+    return true;
 }
 
 BOOL EditorFrame::PreCreateWindow(CREATESTRUCT& creation)
@@ -114,9 +128,12 @@ int EditorFrame::OnCreate(LPCREATESTRUCT creation)
 {
     if (CFrameWnd::OnCreate(creation) == -1 || !create_panes())
         return -1;
+    status_bar_.join_lines();
+    MsgBox::SetStatusBarOwner(this);  // before the worker begins, which puts texts
     const HWND window = m_hWnd;
     worker_ = std::make_unique<editor::LibraryWorker>(
-        [window] { ::PostMessage(window, WM_RESULTS_WAIT, 0, 0); });
+        [window] { ::PostMessage(window, WM_RESULTS_WAIT, 0, 0); },
+        [](const std::string& text) { MsgBox::PutInfo("%s", text.c_str()); });
     SetMessageText(AFX_IDS_IDLEMESSAGE);
     begin_scene();
     return 0;
@@ -134,25 +151,21 @@ bool EditorFrame::create_panes()
         !tree_splitter_.create(*this, IDC_TREE_SPLITTER) || !filter_.create(*this, IDC_FILTER) ||
         !list_.create(*this, IDC_ENTRIES, dpi_) ||
         !preview_splitter_.create(*this, IDC_PREVIEW_SPLITTER) ||
-        !preview_.create(*this, IDC_PREVIEW, font_, dpi_) || !status_bar_.Create(this))
+        !preview_.create(*this, IDC_PREVIEW, font_, dpi_) || !status_bar_.create(*this, dpi_))
         return false;
     for (CWnd* const pane : std::initializer_list<CWnd*>{&tree_, &filter_, &list_})
         pane->SetFont(&font_);
 
     filter_height_px_ =
         text_height(*this, font_) + editor::scaled(4, dpi_) + 2 * ::GetSystemMetrics(SM_CYEDGE);
-
-    constexpr std::array<UINT, 3> kPanes{ID_SEPARATOR, ID_PANE_COUNTS, ID_PANE_NAME};
-    if (!status_bar_.SetIndicators(kPanes.data(), static_cast<int>(kPanes.size())))
-        return false;
-    status_bar_.SetPaneInfo(1, ID_PANE_COUNTS, SBPS_NORMAL, editor::scaled(kCountsPaneAt96, dpi_));
-    status_bar_.SetPaneInfo(2, ID_PANE_NAME, SBPS_NORMAL, editor::scaled(kNamePaneAt96, dpi_));
     return true;
 }
 
 void EditorFrame::OnDestroy()
 {
     worker_.reset();  // it posts to this window
+    MsgBox::SetStatusBarOwner(nullptr);
+    status_bar_.leave_lines();
     properties_.watch(nullptr);
     CFrameWnd::OnDestroy();
 }

@@ -2,14 +2,15 @@
 
 #include "platform/CFont.h"
 #include "platform/CFrameWnd.h"
-#include "platform/CStatusBar.h"
 #include "scene_editor/DirectoryTree.h"
+#include "scene_editor/EditorStatusBar.h"
 #include "scene_editor/EntryList.h"
 #include "scene_editor/FilterEdit.h"
 #include "scene_editor/PaneSplitter.h"
 #include "scene_editor/PreviewPane.h"
 #include "scene_editor/PropertyPane.h"
 #include "scene_editor/SceneWindow.h"
+#include "scene_editor/core/EditorSettings.h"
 #include "scene_editor/core/HoldTimes.h"
 #include "scene_editor/core/LibraryWorker.h"
 #include "scene_editor/core/PaneLayout.h"
@@ -30,12 +31,17 @@ public:
     EditorFrame();
     ~EditorFrame() override;
 
-    /// Makes the window, hidden. False when the system refuses.
+    /// Makes the window, hidden, with the parts that it had when it was closed last. False when the
+    /// system refuses.
     [[nodiscard]] bool create();
+    /// Shows it where it stood then; at the first time, and as an icon, as `how` says.
+    void show(int how);
     /// Asks for the library; the window shows it when it is open.
     void open_library(const std::string& file);
     /// Takes the scene of that file in the place of this one; tells the user where that fails.
     void open_scene(const std::string& file);
+    /// Opens a library or a scene that was open before. False, after a message, when it is gone.
+    [[nodiscard]] bool open_recent(const std::string& file);
 
     void RecalcLayout(BOOL notify = TRUE) override;
     BOOL PreTranslateMessage(MSG* message) override;
@@ -49,6 +55,7 @@ protected:
     void OnDestroy();
     void OnClose();
     BOOL OnQueryEndSession();
+    void OnEndSession(BOOL ends);
     void OnGetMinMaxInfo(MINMAXINFO* limits);
     void OnEnterMenuLoop(BOOL is_popup);
     void OnExitMenuLoop(BOOL is_popup);
@@ -58,6 +65,9 @@ protected:
     LRESULT OnFilterLeft(WPARAM, LPARAM);
     LRESULT OnResultsWait(WPARAM, LPARAM);
     LRESULT OnIdle(WPARAM disable, LPARAM);
+    LRESULT OnStatusText(WPARAM line, LPARAM);
+    LRESULT OnHelpHitTest(WPARAM unused, LPARAM point);
+    LRESULT OnCommandHelp(WPARAM unused, LPARAM topic);
 
     void OnFileOpen();
     void OnFileReload();
@@ -85,7 +95,6 @@ protected:
     void OnUpdateScene(CCmdUI* state);
     void OnUpdatePart(CCmdUI* state);
     void OnUpdateCounts(CCmdUI* state);
-    void OnUpdateName(CCmdUI* state);
 
     void OnFilterChanged();
     void OnTreeSelected(NMHDR* header, LRESULT* result);
@@ -105,6 +114,14 @@ private:
     [[nodiscard]] editor::PaneRect pane_area();
     [[nodiscard]] std::vector<HWND> panes_in_order() const;
     void go_to_next_pane(bool backwards);
+
+    void use_settings();
+    void keep_settings();
+
+    void show_name_under_mouse();
+    void show_grid();
+    /// Of the pane that the window is or lies in, which is noted as the one that asks; 0 outside.
+    [[nodiscard]] LPARAM help_topic_of(HWND window) const;
 
     void begin_scene();
     void show_scene_change();
@@ -147,11 +164,14 @@ private:
     EntryList list_;
     PaneSplitter preview_splitter_;
     PreviewPane preview_;
-    CStatusBar status_bar_;
+    EditorStatusBar status_bar_;
     std::optional<editor::PaneWidths> widths_;  ///< None until the window has a size.
     std::optional<editor::PartSizes> sizes_;    ///< The same.
     editor::ShownParts shown_;
+    editor::EditorSettings settings_;  ///< As they were at the start.
     std::string title_;
+    std::string name_under_mouse_;  ///< As it was told last.
+    double told_grid_ = 0;          ///< 0 for none.
 
     std::unique_ptr<editor::LibraryWorker> worker_;
     std::string file_;  ///< Empty when no library is open.

@@ -60,7 +60,8 @@ void EditorFrame::OnEntryDelete()
     const std::string question =
         "Delete " + what + " from the library?\n\nThis can't be taken back.";
     const editor::ListingId listing = listing_;
-    if (AfxMessageBox(question.c_str(), MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) != IDYES ||
+    if (AfxMessageBox(question.c_str(), MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2 | MB_HELP,
+                      IDP_DELETE_ENTRIES) != IDYES ||
         listing != listing_)
         return;
     std::vector<editor::ListedEntry> entries;
@@ -180,13 +181,6 @@ void EditorFrame::OnUpdateCounts(CCmdUI* state)
     if (const UINT selected = list_.GetSelectedCount(); selected > 1)
         counts.selected = selected;
     state->SetText(editor::counts_text(counts).c_str());
-}
-
-void EditorFrame::OnUpdateName(CCmdUI* state)
-{
-    state->Enable();
-    const std::optional<EntryList::Id> row = list_.row_under_mouse();
-    state->SetText(row ? std::string(list_.rows().name(*row)).c_str() : "");
 }
 
 BOOL EditorFrame::OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result)

@@ -3,6 +3,7 @@
 #include "scene_editor/SceneEditor.h"
 #include "scene_editor/WindowMessages.h"
 #include "scene_editor/core/CommandLine.h"
+#include "scene_editor/resource.h"
 
 #include <chrono>
 #include <utility>
@@ -114,6 +115,7 @@ LRESULT EditorFrame::OnIdle(WPARAM disable, LPARAM unused)
     CFrameWnd::OnIdleUpdateCmdUI(disable, unused);
     ask_for_icons();
     ask_for_preview();
+    show_name_under_mouse();
     show_title();
     return 0;
 }
@@ -132,7 +134,7 @@ LRESULT EditorFrame::OnResultsWait(WPARAM, LPARAM)
         }
     }
     if (const std::string complaint = std::exchange(complaint_, {}); !complaint.empty())
-        AfxMessageBox(complaint.c_str(), MB_OK | MB_ICONEXCLAMATION);
+        AfxMessageBox(complaint.c_str(), MB_OK | MB_ICONEXCLAMATION | MB_HELP, IDP_LIBRARY);
     return 0;
 }
 
@@ -145,6 +147,7 @@ void EditorFrame::take(editor::LibraryOpened& opened)
 {
     file_ = opened.file;
     is_writable_ = opened.is_writable;
+    AfxGetApp()->AddToRecentFileList(file_.c_str());
     show_title();
     const std::optional<editor::DirectoryPath> wanted = wanted_directory_;
     tree_.reset(std::string(editor::file_part(file_)));

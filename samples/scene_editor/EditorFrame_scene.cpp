@@ -43,6 +43,7 @@ void EditorFrame::show_scene_change()
 {
     editor::update_commands(document_, has_model_row());
     properties_.watch(document_.current());
+    show_grid();
     scene_window_.show_change();
 }
 
@@ -57,18 +58,22 @@ bool EditorFrame::has_model_row() const
 
 void EditorFrame::open_scene(const std::string& file)
 {
-    if (const std::optional<std::string> refusal = document_.load(file))
+    if (const std::optional<std::string> refusal = document_.load(file)) {
         AfxMessageBox(("The scene can't be opened.\n\n" + *refusal).c_str(),
-                      MB_OK | MB_ICONEXCLAMATION);
-    else
-        scene_window_.show_scene();
+                      MB_OK | MB_ICONEXCLAMATION | MB_HELP, IDP_SCENE_NOT_OPENED);
+        return;
+    }
+    scene_window_.show_scene();
+    AfxGetApp()->AddToRecentFileList(file.c_str());
 }
 
 bool EditorFrame::save_scene(const std::string& file)
 {
     const std::optional<std::string> refusal = document_.save(file);
     if (refusal)
-        AfxMessageBox(refusal->c_str(), MB_OK | MB_ICONEXCLAMATION);
+        AfxMessageBox(refusal->c_str(), MB_OK | MB_ICONEXCLAMATION | MB_HELP, IDP_SCENE_NOT_SAVED);
+    else
+        AfxGetApp()->AddToRecentFileList(file.c_str());
     return !refusal;
 }
 
@@ -87,7 +92,8 @@ bool EditorFrame::may_leave_scene()
     if (!document_.is_changed())
         return true;
     const std::string question = "Save the changes of the scene \"" + document_.name() + "\"?";
-    switch (AfxMessageBox(question.c_str(), MB_YESNOCANCEL | MB_ICONQUESTION)) {
+    switch (AfxMessageBox(question.c_str(), MB_YESNOCANCEL | MB_ICONQUESTION | MB_HELP,
+                          IDP_SAVE_SCENE)) {
         case IDYES:
             return document_.file().empty() ? save_scene_as() : save_scene(document_.file());
         case IDNO:
@@ -99,13 +105,22 @@ bool EditorFrame::may_leave_scene()
 
 void EditorFrame::OnClose()
 {
-    if (may_leave_scene())
-        CFrameWnd::OnClose();
+    if (!may_leave_scene())
+        return;
+    keep_settings();  // while the window stands where it stood
+    CFrameWnd::OnClose();
 }
 
 BOOL EditorFrame::OnQueryEndSession()
 {
     return may_leave_scene() && CFrameWnd::OnQueryEndSession();
+}
+
+void EditorFrame::OnEndSession(BOOL ends)
+{
+    if (ends)
+        keep_settings();
+    CFrameWnd::OnEndSession(ends);
 }
 
 void EditorFrame::OnSceneNew()

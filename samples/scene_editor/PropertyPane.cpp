@@ -152,5 +152,5 @@ void PropertyPane::take_typed(std::size_t field, bool tells_refusal)
         editor::set_property(*object_, static_cast<editor::Property>(field),
                              std::string_view(static_cast<LPCTSTR>(text)));
     if (refusal && tells_refusal)
-        AfxMessageBox(refusal->c_str(), MB_OK | MB_ICONEXCLAMATION);
+        AfxMessageBox(refusal->c_str(), MB_OK | MB_ICONEXCLAMATION | MB_HELP, IDP_PROPERTY);
 }

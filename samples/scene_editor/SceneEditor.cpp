@@ -4,6 +4,9 @@
 #include "scene_editor/EditorFrame.h"
 #include "scene_editor/core/CommandLine.h"
 #include "scene_editor/resource.h"
+#include "settings/RegistryManager.h"
+
+#include <cstdlib>
 
 BEGIN_MESSAGE_MAP(SceneEditor, GWinApp)
     ON_COMMAND(ID_APP_ABOUT, &SceneEditor::OnAppAbout)
@@ -16,6 +19,19 @@ namespace {
 SceneEditor g_editor;
 
 constexpr const char* kSceneModule = "scene_module.dll";  // beside the program
+// The user's settings lie in the file that this names, full; else in the registry.
+constexpr const char* kSettingsVariable = "SCENE_EDITOR_SETTINGS";
+constexpr const char* kRegistryKey = "Zomarra";
+constexpr unsigned kRecentFiles = 9;  // each has a key of its own in the menu
+
+void choose_settings(const char* program)
+{
+    const char* const file = std::getenv(kSettingsVariable);
+    if (file != nullptr && *file != '\0')
+        RegistryManager::get()->Initialize(nullptr, file);
+    else
+        RegistryManager::get()->Initialize(kRegistryKey, program);
+}
 
 }  // namespace
 
@@ -33,6 +49,8 @@ BOOL SceneEditor::InitInstance()
 {
     if (!GWinApp::InitInstance())
         return FALSE;
+    choose_settings(m_pszAppName);
+    LoadStdProfileSettings(kRecentFiles);
     // Without the module libraries open all the same; its objects then show their icons only.
     load_external_modules(kSceneModule, nullptr);
 
@@ -40,7 +58,7 @@ BOOL SceneEditor::InitInstance()
     if (!frame->create())
         return FALSE;
     m_pMainWnd = frame;
-    frame->ShowWindow(m_nCmdShow);
+    frame->show(m_nCmdShow);
     frame->UpdateWindow();
     const editor::NamedFiles files = editor::named_files(m_lpCmdLine);
     if (!files.library.empty())
@@ -72,6 +90,16 @@ BOOL SceneEditor::OnIdle(LONG count)
     const BOOL goes_on = GWinApp::OnIdle(count);
     holds.end(Clock::now());
     return goes_on;
+}
+
+BOOL SceneEditor::OpenDocumentFile(LPCTSTR path)
+{
+    if (static_cast<EditorFrame*>(m_pMainWnd)->open_recent(path))
+        return TRUE;
+    // Off the list for good, also where the program does not come to its end.
+    m_pRecentFileList->RemoveName(path);
+    SaveStdProfileSettings();
+    return FALSE;
 }
 
 int SceneEditor::DoMessageBox(LPCTSTR text, UINT type, UINT help)

@@ -12,6 +12,8 @@ public:
     BOOL InitInstance() override;
     BOOL PumpMessage() override;
     BOOL OnIdle(LONG count) override;
+    /// Of a library or a scene among the recent files.
+    BOOL OpenDocumentFile(LPCTSTR path) override;
     int DoMessageBox(LPCTSTR text, UINT type, UINT help) override;
 
     editor::HoldTimes holds;

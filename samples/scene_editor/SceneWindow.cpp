@@ -1,8 +1,9 @@
 #include "scene_editor/SceneWindow.h"
 
-#include "platform/AfxResources.h"
+#include "platform/CFrameWnd.h"
 #include "platform/CPaintDC.h"
 #include "scene_editor/resource.h"
+#include "settings/MsgBox.h"
 
 #include <algorithm>
 
@@ -15,6 +16,7 @@ BEGIN_MESSAGE_MAP(SceneWindow, CWnd)
     ON_WM_LBUTTONDOWN()
     ON_WM_LBUTTONUP()
     ON_WM_MOUSEMOVE()
+    ON_WM_MOUSELEAVE()
     ON_WM_MOUSEWHEEL()
     ON_WM_CAPTURECHANGED()
     ON_WM_KEYDOWN()
@@ -37,12 +39,13 @@ BOOL SceneWindow::create(CWnd& parent, UINT id, int dpi, editor::SceneDocument& 
 {
     dpi_ = dpi;
     document_ = &document;
-    const LPCSTR name = MAKEINTRESOURCE(IDR_SCENE_KEYS);
-    keys_ = ::LoadAccelerators(AfxFindResourceHandle(name, RT_ACCELERATOR), name);
     const LPCTSTR window_class =
         AfxRegisterWndClass(CS_HREDRAW | CS_VREDRAW, ::LoadCursor(nullptr, IDC_ARROW));
-    return Create(window_class, "", WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS, RECT{},
-                  &parent, id);
+    if (!Create(window_class, "", WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS, RECT{},
+                &parent, id))
+        return FALSE;
+    keys_.assign_to(m_hWnd);  // before the frame's own keys, some of which mean the library
+    return keys_.load(IDR_SCENE_KEYS);
 }
 
 void SceneWindow::show_change()
@@ -60,13 +63,34 @@ void SceneWindow::show_scene()
     document_->root()->set_state(GResponder::state_focused, has_focus);
 }
 
-BOOL SceneWindow::PreTranslateMessage(MSG* message)
+BOOL SceneWindow::OnCmdMsg(UINT id, int code, void* extra, AFX_CMDHANDLERINFO* info)
 {
-    // Before the frame's own keys, some of which mean the library.
-    if (message->message >= WM_KEYFIRST && message->message <= WM_KEYLAST && keys_ != nullptr &&
-        ::TranslateAccelerator(::GetParent(m_hWnd), keys_, message) != 0)
+    if (CWnd::OnCmdMsg(id, code, extra, info))
         return TRUE;
-    return CWnd::PreTranslateMessage(message);
+    CFrameWnd* const frame = GetParentFrame();
+    return frame != nullptr && frame->OnCmdMsg(id, code, extra, info);
+}
+
+std::string SceneWindow::name_under_mouse() const
+{
+    POINT here{};
+    ::GetCursorPos(&here);
+    if (document_ == nullptr || document_->scene() == nullptr || ::WindowFromPoint(here) != m_hWnd)
+        return {};
+    ::ScreenToClient(m_hWnd, &here);
+    GResponder* const item =
+        document_->scene()->item_at(static_cast<int>(here.x), static_cast<int>(here.y));
+    const char* const label = item != nullptr ? item->get_label() : nullptr;
+    return label != nullptr ? label : "";
+}
+
+void SceneWindow::tell_place(POINT point)
+{
+    if (document_->scene() == nullptr)
+        return;
+    const scene::Point place =
+        document_->scene()->point_at(static_cast<int>(point.x), static_cast<int>(point.y));
+    MsgBox::PutVectorInfo({place.x, place.y, 0});
 }
 
 void SceneWindow::OnSize(UINT kind, int width, int height)
@@ -171,8 +195,22 @@ void SceneWindow::OnLButtonUp(UINT keys, CPoint point)
 
 void SceneWindow::OnMouseMove(UINT keys, CPoint point)
 {
+    if (!hears_leaving_) {
+        TRACKMOUSEEVENT wanted{};
+        wanted.cbSize = sizeof wanted;
+        wanted.dwFlags = TME_LEAVE;
+        wanted.hwndTrack = m_hWnd;
+        hears_leaving_ = ::TrackMouseEvent(&wanted) != FALSE;
+    }
     if (is_held_)
         send(editor::mouse_event(editor::MouseMessage::Move, keys, point.x, point.y));
+    tell_place(point);
+}
+
+void SceneWindow::OnMouseLeave()
+{
+    hears_leaving_ = false;
+    MsgBox::PutVectorInfo();
 }
 
 BOOL SceneWindow::OnMouseWheel(UINT keys, short delta, CPoint point)
@@ -180,6 +218,7 @@ BOOL SceneWindow::OnMouseWheel(UINT keys, short delta, CPoint point)
     POINT here{point.x, point.y};
     ::ScreenToClient(m_hWnd, &here);
     send(editor::mouse_event(editor::MouseMessage::Wheel, keys, here.x, here.y, delta));
+    tell_place(here);
     return TRUE;
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "app/GAccelerators.h"
 #include "platform/CWnd.h"
 #include "scene_editor/core/HoldTimes.h"
 #include "scene_editor/core/SceneDocument.h"
 #include "scene_editor/core/SceneInput.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 /// The view of the scene: it makes events of the mouse, its wheel and keys, sends them to the
@@ -19,7 +21,11 @@ public:
     /// Tells another scene the size of the window, and whether it has the focus.
     void show_scene();
 
-    BOOL PreTranslateMessage(MSG* message) override;
+    /// The name of the object that is drawn below the mouse; empty where there is none.
+    [[nodiscard]] std::string name_under_mouse() const;
+
+    /// Its keys are commands, and those are the frame's.
+    BOOL OnCmdMsg(UINT id, int code, void* extra, AFX_CMDHANDLERINFO* info) override;
 
     /// How long drawing took.
     struct DrawTimes {
@@ -40,6 +46,7 @@ protected:
     void OnLButtonDown(UINT keys, CPoint point);
     void OnLButtonUp(UINT keys, CPoint point);
     void OnMouseMove(UINT keys, CPoint point);
+    void OnMouseLeave();
     BOOL OnMouseWheel(UINT keys, short delta, CPoint point);
     void OnCaptureChanged(CWnd* other);
     void OnKeyDown(UINT key, UINT repeats, UINT flags);
@@ -48,13 +55,15 @@ private:
     void send(const GEvent& event);
     void draw();
     void draw_frame();
+    void tell_place(POINT point);
 
     editor::SceneDocument* document_ = nullptr;
-    HACCEL keys_ = nullptr;
+    GAccelerators keys_;
     int dpi_ = 96;
     int width_px_ = 0;
     int height_px_ = 0;
-    bool is_held_ = false;  ///< The left button went down here.
+    bool is_held_ = false;        ///< The left button went down here.
+    bool hears_leaving_ = false;  ///< The system tells when the mouse goes.
     std::vector<std::uint32_t> pixels_;
     DrawTimes draw_times_;
 };

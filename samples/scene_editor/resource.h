@@ -35,7 +35,19 @@
 #define ID_PROVOKE_LAST 0x8038
 
 #define ID_PANE_COUNTS 0x8100
-#define ID_PANE_NAME 0x8101
+#define ID_PANE_GENERAL 0x8300
+#define ID_PANE_X 0x8301
+#define ID_PANE_Y 0x8302
+#define ID_PANE_Z 0x8303
+#define ID_PANE_GRID 0x8304
+/* The questions and complaints that the help knows. */
+#define IDP_DELETE_ENTRIES 0x8380
+#define IDP_SAVE_SCENE 0x8381
+#define IDP_SCENE_NOT_OPENED 0x8382
+#define IDP_SCENE_NOT_SAVED 0x8383
+#define IDP_LIBRARY 0x8384
+#define IDP_PROPERTY 0x8385
+#define IDP_RECENT_FILE_GONE 0x8386
 
 /* What is done to the scene: ID_SCENE_FIRST and the number of an editor::SceneCommand. */
 #define ID_SCENE_FIRST 0x8200
@@ -74,6 +86,12 @@
 #define IDC_PROPERTIES 1008
 #define IDC_PROPERTIES_SPLITTER 1009
 #define IDC_LIBRARY_SPLITTER 1010
+/* In the status bar. */
+#define IDC_STATUS_GENERAL 1101
+#define IDC_STATUS_X 1102
+#define IDC_STATUS_Y 1103
+#define IDC_STATUS_Z 1104
+#define IDC_STATUS_GRID 1105
 /* In the pane of the properties: those that are typed, in the order of editor::Property, then the
    others. */
 #define IDC_PROPERTY_FIRST 1020

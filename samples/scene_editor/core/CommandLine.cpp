@@ -1,5 +1,7 @@
 #include "scene_editor/core/CommandLine.h"
 
+#include "scene_editor/core/EntryRows.h"
+
 #include <algorithm>
 
 namespace editor {
@@ -40,11 +42,18 @@ NamedFiles named_files(std::string_view command_line)
     NamedFiles files;
     while (command_line.find_first_not_of(kBlanks) != std::string_view::npos) {
         const std::string word = take_word(command_line);
-        std::string& file = word.ends_with(kSceneEnd) ? files.scene : files.library;
+        std::string& file = is_scene_file(word) ? files.scene : files.library;
         if (file.empty())
             file = word;
     }
     return files;
+}
+
+bool is_scene_file(std::string_view file)
+{
+    if (file.size() < kSceneEnd.size())
+        return false;
+    return folded(file.substr(file.size() - kSceneEnd.size())) == kSceneEnd;
 }
 
 std::string_view file_part(std::string_view file)

@@ -15,6 +15,8 @@ struct NamedFiles {
     std::string scene;
 };
 [[nodiscard]] NamedFiles named_files(std::string_view command_line);
+/// Whether a file is a scene, by its name: it ends in ".scene", in letters of either case.
+[[nodiscard]] bool is_scene_file(std::string_view file);
 /// The last part of a file's name, behind the last slash of either kind.
 [[nodiscard]] std::string_view file_part(std::string_view file);
 

@@ -37,3 +37,11 @@ TEST(CommandLine, NamedFiles_AreALibraryAndAScene)
     EXPECT_EQ(none.library, "");
     EXPECT_EQ(none.scene, "");
 }
+
+TEST(CommandLine, SceneFile_EndsInSceneInAnyCase)
+{
+    EXPECT_TRUE(editor::is_scene_file("C:\\a.SCENE"));
+    EXPECT_TRUE(editor::is_scene_file(".scene"));
+    EXPECT_FALSE(editor::is_scene_file("scene"));
+    EXPECT_FALSE(editor::is_scene_file("a.scene.odb"));
+}
