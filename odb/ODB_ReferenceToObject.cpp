@@ -1,10 +1,12 @@
 #include "odb/ODB_ReferenceToObject.h"
 
+#include "foundation/GLock.h"
 #include "foundation/OwnedObject.h"
 #include "foundation/ipstream.h"
 #include "foundation/opstream.h"
 #include "graphics/PixelMap.h"
 #include "odb/ObjectDatabase.h"
+#include "store/ResourceFileServer.h"
 
 #include <utility>
 
@@ -153,10 +155,23 @@ void ODB_ReferenceToObject::store_object(const GStreamable* object)
         set_object_class_name(host->get_object_class_name());
 }
 
+bool ODB_ReferenceToObject::leads_elsewhere() const
+{
+    const ODB_Mediator* const host = get_host_mediator();
+    return host != nullptr && host->get_DB() != nullptr && get_DB() != nullptr &&
+           host->get_DB()->server != get_DB()->server;
+}
+
 GStreamable* ODB_ReferenceToObject::get_object()
 {
     ODB_Mediator* const host = get_host_mediator();
-    return host == nullptr ? nullptr : host->get_object();
+    if (host == nullptr)
+        return nullptr;
+    const ObjectDatabase* const library = host->get_DB();
+    if (library == nullptr || library->server == nullptr)
+        return nullptr;
+    const GSingleLock locked(library->server->lock);
+    return host->get_object();
 }
 
 ODB_Mediator* ODB_ReferenceToObject::host_to_write() const

@@ -30,6 +30,8 @@ public:
     void read(ipstream& in) override;
     void write(opstream& out) override;
 
+    /// Loads the host's object under the lock of the host's library; call it with the lock of no
+    /// other held.
     [[nodiscard]] GStreamable* get_object() override;
     using ODB_Mediator::set_icon;
     /// Sets the host's icon; without a host the map is freed.
@@ -38,6 +40,8 @@ public:
     void unload_icon() override;
     [[nodiscard]] bool has_icon() const override;
 
+    /// True when the host lies in another library than this reference.
+    [[nodiscard]] bool leads_elsewhere() const;
     /// The file of the library that the target lies in; empty when that is this library and the
     /// reference is detached.
     [[nodiscard]] GFile get_referenced_DB_filename() const;

@@ -7,6 +7,7 @@
 #include "odb/ODB_InternalObject.h"
 #include "odb/ODB_MediatorsArray.h"
 #include "odb/ODB_Options.h"
+#include "odb/ODB_ReferenceToObject.h"
 #include "store/GResourceIterators.h"
 #include "store/ResourceFileServer.h"
 
@@ -193,8 +194,17 @@ GStreamable* ObjectDatabase::get_object(const GResourceFullName& name)
     if (mediator == nullptr)
         return nullptr;
     const GResourceFullName place = name;
+    const auto load = [&] {
+        prepare_conversions(place);
+        return convert(mediator->get_object(), place);
+    };
+    const auto* const reference = zmr::class_cast<ODB_ReferenceToObject>(mediator);
+    // What lies in another library is loaded under that library's lock alone: with this one's held,
+    // two threads that load in opposite directions would wait for each other for ever.
+    if (reference != nullptr && reference->leads_elsewhere())
+        return load();
     const GSingleLock locked(server->lock);
-    return load_through_conversions(*mediator, place);
+    return load();
 }
 
 void ObjectDatabase::remove_object(const GString& name)

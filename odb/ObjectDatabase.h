@@ -37,7 +37,8 @@ public:
     };
 
     /// A hook around each load of an object, by which a newer program brings old objects up to
-    /// date.
+    /// date. Its operations run under the lock of the database's server, so where several threads
+    /// load they use no other library.
     class ZMR_GV_API ConversionObject {
     public:
         virtual ~ConversionObject();
@@ -148,8 +149,8 @@ private:
     /// False when no instance of that name can be taken over.
     [[nodiscard]] bool can_hold(const GResourceFullName& name) const;
     [[nodiscard]] GResourceFullName mediator_name(const GString& name) const;
-    [[nodiscard]] GStreamable* load_through_conversions(ODB_Mediator& mediator,
-                                                        const GResourceFullName& name);
+    void prepare_conversions(const GResourceFullName& name);
+    [[nodiscard]] GStreamable* convert(GStreamable* object, const GResourceFullName& name);
     void collect_mediators(const GResourcePath& path, bool recursive,
                            std::vector<ODB_Mediator*>& mediators);
     /// Runs the steps of one change in one commit. When memory runs out among them, none of them is

@@ -1,9 +1,10 @@
 // The options record and the conversions of ObjectDatabase.
 
+#include "foundation/GLock.h"
 #include "foundation/TGCollection.h"
-#include "odb/ODB_Mediator.h"
 #include "odb/ODB_Options.h"
 #include "odb/ObjectDatabase.h"
+#include "store/ResourceFileServer.h"
 
 #include <memory>
 
@@ -36,15 +37,22 @@ void ObjectDatabase::AddConversion(ConversionObject* conversion)
     conversions()->v_insert(conversion);
 }
 
-GStreamable* ObjectDatabase::load_through_conversions(ODB_Mediator& mediator,
-                                                      const GResourceFullName& name)
+void ObjectDatabase::prepare_conversions(const GResourceFullName& name)
 {
     const Conversions* const all = conversions().get();
     if (all == nullptr)
-        return mediator.get_object();
+        return;
+    const GSingleLock locked(server->lock);
     for (long i = all->count - 1; i >= 0; --i)
         all->at(i)->prepare_to_loading(*this, name);
-    GStreamable* object = mediator.get_object();
+}
+
+GStreamable* ObjectDatabase::convert(GStreamable* object, const GResourceFullName& name)
+{
+    const Conversions* const all = conversions().get();
+    if (all == nullptr)
+        return object;
+    const GSingleLock locked(server->lock);
     for (long i = all->count - 1; i >= 0; --i)
         object = all->at(i)->convert_after_loading(object, *this, name);
     return object;

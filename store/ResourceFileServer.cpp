@@ -13,7 +13,8 @@
 
 namespace {
 
-/// The servers of this process. Recursive, because freeing an instance may close a file of its own.
+/// The servers of this process. Recursive, because a visit may end a client, and an object that is
+/// removed may lie in a file that is opened for it.
 struct ServerTable {
     std::recursive_mutex mutex;
     std::vector<ResourceFileServer*> servers;
@@ -132,21 +133,25 @@ ResourceFileServer* ResourceFileServer::Attach(ResourceFile& client, const GFile
 
 void ResourceFileServer::Detach(ResourceFile& client, ResourceFileServer* server)
 {
-    const std::lock_guard guard(table().mutex);
-    TGVector<ResourceFile*>& all = server->clients;
-    long kept = 0;
-    for (long i = 0; i < all.count; ++i) {
-        if (all[i] != &client)
-            all[kept++] = all[i];
+    {
+        const std::lock_guard guard(table().mutex);
+        TGVector<ResourceFile*>& all = server->clients;
+        long kept = 0;
+        for (long i = 0; i < all.count; ++i) {
+            if (all[i] != &client)
+                all[kept++] = all[i];
+        }
+        all.count = kept;
+        if (kept > 0)
+            return;
+        std::erase(table().servers, server);
+        // Before anyone opens the file anew.
+        const bool closed = server->library_.close();
+        const std::vector<GObjectPlace> doomed = std::move(server->doomed_);
+        if (closed)
+            remove_objects(doomed);
     }
-    all.count = kept;
-    if (kept > 0)
-        return;
-    std::erase(table().servers, server);
-    const bool closed = server->library_.close();
-    const std::vector<GObjectPlace> doomed = std::move(server->doomed_);
-    if (closed)
-        remove_objects(doomed);
+    // Without the table's lock: instances may hold files open, whose locks are taken to close them.
     server->loaded_.take_all(&GStreamable::destroy);
     delete server;
 }

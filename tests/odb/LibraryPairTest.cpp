@@ -1,4 +1,5 @@
-// Two libraries that refer to each other, each written by a process of its own, at once.
+// Two libraries that refer to each other, each written by a process of its own, at once; and two
+// threads that load through the references of both.
 
 #include "TestObjects.h"
 #include "odb/ODB_MediatorsArray.h"
@@ -92,4 +93,20 @@ TEST(LibraryPair, WriterKilled_ItsLibraryIsWholeAndTheOtherReadsIt)
             EXPECT_NE(object, nullptr) << contents.at(i).get_DB_key().text;
         }
     }
+}
+
+TEST(LibraryPair, TwoThreadsLoadInOppositeDirections_NeitherWaitsForTheOther)
+{
+    const TemporaryFolder folder;
+    ChildStart start;
+    start.program = ZMR_ODB_CHILD;
+    start.words = {"across", folder.file("a.odb"), folder.file("b.odb")};
+    std::string reason;
+    const auto child = ChildProcess::Start(start, reason);
+    ASSERT_NE(child, nullptr) << reason;
+
+    std::string line;
+    EXPECT_TRUE(child->read_line(line));
+    EXPECT_EQ(line, "loaded");
+    EXPECT_EQ(child->wait().code, 0);
 }

@@ -2,12 +2,21 @@
 // For each line that it gets it opens its own, adds an object (every third in a file of its own)
 // and a reference to what the other one added before, reads all, closes, and prints "round N"; what
 // goes wrong is its last line. It ends at the line "end".
+//
+// odb_child across FIRST SECOND: makes two libraries with a reference to each other and loads
+// through both at once, each on a thread of its own that stops half-way until the other is there.
+// Prints "loaded", or "stuck" when they wait for each other.
 #include "TestObjects.h"
 #include "odb/ODB_ExternalObject.h"
 #include "odb/ODB_MediatorsArray.h"
 #include "odb/ODB_ReferenceToObject.h"
 #include "store/ResourceFileServer.h"
 
+#include <array>
+#include <barrier>
+#include <chrono>
+#include <cstdlib>
+#include <future>
 #include <iostream>
 #include <string>
 
@@ -50,10 +59,63 @@ std::string one_round(const std::string& own, const std::string& other, long& ro
     return {};
 }
 
+/// A reference whose loading waits for the other thread before it goes to its host.
+class MeetingReference : public ODB_ReferenceToObject {
+public:
+    MeetingReference(const std::string& file, const GResourceFullName& target,
+                     std::barrier<>& meeting)
+        : ODB_ReferenceToObject(file.c_str(), target), meeting_(meeting)
+    {
+    }
+
+    [[nodiscard]] GStreamable* get_object() override
+    {
+        meeting_.arrive_and_wait();
+        return ODB_ReferenceToObject::get_object();
+    }
+
+private:
+    std::barrier<>& meeting_;
+};
+
+int load_across(const std::array<std::string, 2>& files)
+{
+    constexpr auto kLongEnough = std::chrono::seconds(60);
+    std::barrier meeting(2);
+    std::array<ObjectDatabase, 2> libraries;
+    TestNote note("the other's");
+    for (std::size_t i = 0; i < 2; ++i) {
+        libraries[i].open(files[i].c_str(), GIO::OpenReadWrite);
+        libraries[i].append_object(&note, GString("lamp"), nullptr);
+        libraries[i].flush();
+    }
+    const GResourceFullName target(GResourcePath(), GString("lamp"),
+                                   ObjectDatabase::MediatorResourceType);
+    for (std::size_t i = 0; i < 2; ++i)
+        libraries[i].append_object(nullptr, GString("to lamp"),
+                                   new MeetingReference(files[1 - i], target, meeting));
+    const auto load = [&libraries](std::size_t i) {
+        return OdbTest::note_of(libraries[i], "to lamp") == "the other's";
+    };
+    auto first = std::async(std::launch::async, load, 0);
+    auto second = std::async(std::launch::async, load, 1);
+    for (const auto* const one : {&first, &second}) {
+        if (one->wait_for(kLongEnough) == std::future_status::ready)
+            continue;
+        std::cout << "stuck" << std::endl;
+        std::_Exit(1);  // the threads can't be waited for
+    }
+    const bool loaded = first.get() && second.get();
+    std::cout << (loaded ? "loaded" : "not loaded") << std::endl;
+    return loaded ? 0 : 1;
+}
+
 }  // namespace
 
 int main(int count, char** words)
 {
+    if (count == 4 && words[1] == std::string("across"))
+        return load_across({words[2], words[3]});
     if (count != 3)
         return 2;
     std::string line;
