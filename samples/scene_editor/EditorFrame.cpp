@@ -5,6 +5,7 @@
 #include "scene_editor/SceneEditor.h"
 #include "scene_editor/TextHeight.h"
 #include "scene_editor/WindowMessages.h"
+#include "scene_editor/core/LibraryRow.h"
 #include "scene_editor/resource.h"
 #include "settings/MsgBox.h"
 #include "settings/RegistryManager.h"
@@ -21,6 +22,8 @@ BEGIN_MESSAGE_MAP(EditorFrame, CFrameWnd)
     ON_WM_GETMINMAXINFO()
     ON_WM_ENTERMENULOOP()
     ON_WM_EXITMENULOOP()
+    ON_WM_CONTEXTMENU()
+    ON_WM_TIMER()
     ON_MESSAGE(WM_ENTERSIZEMOVE, &EditorFrame::OnEnterSizeMove)
     ON_MESSAGE(WM_EXITSIZEMOVE, &EditorFrame::OnExitSizeMove)
     ON_MESSAGE(WM_SPLITTER_DRAGGED, &EditorFrame::OnSplitterDragged)
@@ -39,6 +42,17 @@ BEGIN_MESSAGE_MAP(EditorFrame, CFrameWnd)
     ON_COMMAND(ID_ENTRY_RENAME, &EditorFrame::OnEntryRename)
     ON_COMMAND(ID_ENTRY_DELETE, &EditorFrame::OnEntryDelete)
     ON_COMMAND(ID_ENTRY_SELECT_ALL, &EditorFrame::OnSelectAll)
+    ON_COMMAND(ID_ENTRY_UNDO, &EditorFrame::OnEntryUndo)
+    ON_COMMAND(ID_ENTRY_DESCRIBE, &EditorFrame::OnEntryDescribe)
+    ON_COMMAND(ID_ENTRY_COPY_TO, &EditorFrame::OnEntryCopyTo)
+    ON_COMMAND_RANGE(ID_ENTRY_NEXT_PICTURE, ID_ENTRY_PREVIOUS_PICTURE, &EditorFrame::OnEntryPicture)
+    ON_COMMAND(ID_ENTRY_MOVIE, &EditorFrame::OnEntryMovie)
+    ON_COMMAND(ID_LIBRARY_ADD, &EditorFrame::OnLibraryAdd)
+    ON_COMMAND(ID_LIBRARY_PACK, &EditorFrame::OnLibraryPack)
+    ON_COMMAND(ID_LIBRARY_STOP, &EditorFrame::OnLibraryStop)
+    ON_COMMAND(ID_FILTER_SAVE, &EditorFrame::OnFilterSave)
+    ON_COMMAND(ID_FILTER_REMOVE, &EditorFrame::OnFilterRemove)
+    ON_CBN_SELCHANGE(IDC_FILTER_CHOICE, &EditorFrame::OnFilterChosen)
     ON_COMMAND(ID_VIEW_FILTER, &EditorFrame::OnViewFilter)
     ON_COMMAND(ID_VIEW_PARENT, &EditorFrame::OnViewParent)
     ON_COMMAND_RANGE(ID_VIEW_DRAW_CENTERED, ID_VIEW_DRAW_STRETCH, &EditorFrame::OnViewDraw)
@@ -56,6 +70,17 @@ BEGIN_MESSAGE_MAP(EditorFrame, CFrameWnd)
     ON_UPDATE_COMMAND_UI(ID_ENTRY_RENAME, &EditorFrame::OnUpdateRename)
     ON_UPDATE_COMMAND_UI(ID_ENTRY_DELETE, &EditorFrame::OnUpdateDelete)
     ON_UPDATE_COMMAND_UI(ID_ENTRY_SELECT_ALL, &EditorFrame::OnUpdateSelectAll)
+    ON_UPDATE_COMMAND_UI(ID_ENTRY_UNDO, &EditorFrame::OnUpdateUndo)
+    ON_UPDATE_COMMAND_UI(ID_ENTRY_DESCRIBE, &EditorFrame::OnUpdateDescribe)
+    ON_UPDATE_COMMAND_UI(ID_ENTRY_COPY_TO, &EditorFrame::OnUpdateCopy)
+    ON_UPDATE_COMMAND_UI_RANGE(ID_ENTRY_NEXT_PICTURE, ID_ENTRY_PREVIOUS_PICTURE,
+                               &EditorFrame::OnUpdatePicture)
+    ON_UPDATE_COMMAND_UI(ID_ENTRY_MOVIE, &EditorFrame::OnUpdateMovie)
+    ON_UPDATE_COMMAND_UI(ID_LIBRARY_ADD, &EditorFrame::OnUpdateWritable)
+    ON_UPDATE_COMMAND_UI(ID_LIBRARY_PACK, &EditorFrame::OnUpdateWritable)
+    ON_UPDATE_COMMAND_UI(ID_LIBRARY_STOP, &EditorFrame::OnUpdateStop)
+    ON_UPDATE_COMMAND_UI(ID_FILTER_SAVE, &EditorFrame::OnUpdateFilterSave)
+    ON_UPDATE_COMMAND_UI(ID_FILTER_REMOVE, &EditorFrame::OnUpdateFilterRemove)
     ON_UPDATE_COMMAND_UI(ID_VIEW_PARENT, &EditorFrame::OnUpdateParent)
     ON_UPDATE_COMMAND_UI_RANGE(ID_VIEW_DRAW_CENTERED, ID_VIEW_DRAW_STRETCH,
                                &EditorFrame::OnUpdateDraw)
@@ -79,6 +104,7 @@ constexpr int kWidthAt96 = 1060;
 constexpr int kHeightAt96 = 820;
 constexpr int kLeastWidthAt96 = 640;
 constexpr int kLeastHeightAt96 = 400;
+constexpr int kOpenChoiceAt96 = 240;
 
 int screen_dpi()
 {
@@ -149,11 +175,12 @@ bool EditorFrame::create_panes()
     // In the order of the keyboard: a window made later comes later.
     if (!create_scene_panes() || !tree_.create(*this, IDC_DIRECTORIES, dpi_) ||
         !tree_splitter_.create(*this, IDC_TREE_SPLITTER) || !filter_.create(*this, IDC_FILTER) ||
-        !list_.create(*this, IDC_ENTRIES, dpi_) ||
+        !create_library_row() || !list_.create(*this, IDC_ENTRIES, dpi_) ||
         !preview_splitter_.create(*this, IDC_PREVIEW_SPLITTER) ||
         !preview_.create(*this, IDC_PREVIEW, font_, dpi_) || !status_bar_.create(*this, dpi_))
         return false;
-    for (CWnd* const pane : std::initializer_list<CWnd*>{&tree_, &filter_, &list_})
+    for (CWnd* const pane : std::initializer_list<CWnd*>{&tree_, &filter_, &filter_choice_, &list_,
+                                                         &work_text_, &work_stop_})
         pane->SetFont(&font_);
 
     filter_height_px_ =
@@ -163,6 +190,7 @@ bool EditorFrame::create_panes()
 
 void EditorFrame::OnDestroy()
 {
+    movie_.close();
     worker_.reset();  // it posts to this window
     MsgBox::SetStatusBarOwner(nullptr);
     status_bar_.leave_lines();
@@ -195,15 +223,25 @@ void EditorFrame::RecalcLayout(BOOL notify)
     const editor::WindowLayout parts = editor::lay_out_window(area, *sizes_, shown_, dpi_);
     const editor::PaneLayout panes =
         editor::lay_out(parts.library, *widths_, filter_height_px_, dpi_);
-    const std::array<std::pair<HWND, RECT>, 10> places{{
+    const editor::FilterRow filters = editor::split_filter_row(panes.filter, dpi_);
+    const editor::WorkRow work =
+        editor::split_work_row(panes.list, is_work_shown_, filter_height_px_, dpi_);
+    // The height of a choice is that of its list when it is open.
+    RECT choice = rect_of(filters.choice);
+    choice.bottom += choice.bottom > choice.top ? editor::scaled(kOpenChoiceAt96, dpi_) : 0;
+    const std::array<std::pair<HWND, RECT>, 14> places{{
         {scene_window_, rect_of(parts.scene)},
         {properties_splitter_, rect_of(parts.properties_splitter)},
         {properties_, rect_of(parts.properties)},
         {library_splitter_, rect_of(parts.library_splitter)},
         {tree_, rect_of(panes.tree)},
         {tree_splitter_, rect_of(panes.tree_splitter)},
-        {filter_, rect_of(panes.filter)},
-        {list_, rect_of(panes.list)},
+        {filter_, rect_of(filters.line)},
+        {filter_choice_, choice},
+        {list_, rect_of(work.list)},
+        {work_text_, rect_of(work.text)},
+        {work_bar_, rect_of(work.bar)},
+        {work_stop_, rect_of(work.button)},
         {preview_splitter_, rect_of(panes.preview_splitter)},
         {preview_, rect_of(panes.preview)},
     }};
@@ -305,7 +343,8 @@ std::vector<HWND> EditorFrame::panes_in_order() const
             panes.push_back(field);
     }
     if (shown_.library)
-        panes.insert(panes.end(), {tree_.m_hWnd, filter_.m_hWnd, list_.m_hWnd, preview_.m_hWnd});
+        panes.insert(panes.end(), {tree_.m_hWnd, filter_.m_hWnd, filter_choice_.m_hWnd,
+                                   list_.m_hWnd, preview_.m_hWnd});
     return panes;
 }
 

@@ -1,11 +1,15 @@
 #pragma once
 
+#include "platform/CButton.h"
+#include "platform/CComboBox.h"
 #include "platform/CFont.h"
 #include "platform/CFrameWnd.h"
+#include "platform/CProgressCtrl.h"
 #include "scene_editor/DirectoryTree.h"
 #include "scene_editor/EditorStatusBar.h"
 #include "scene_editor/EntryList.h"
 #include "scene_editor/FilterEdit.h"
+#include "scene_editor/MovieWindow.h"
 #include "scene_editor/PaneSplitter.h"
 #include "scene_editor/PreviewPane.h"
 #include "scene_editor/PropertyPane.h"
@@ -73,6 +77,19 @@ protected:
     void OnFileReload();
     void OnEntryRename();
     void OnEntryDelete();
+    void OnEntryUndo();
+    void OnEntryDescribe();
+    void OnEntryCopyTo();
+    void OnEntryPicture(UINT id);
+    void OnEntryMovie();
+    void OnLibraryAdd();
+    void OnLibraryPack();
+    void OnLibraryStop();
+    void OnFilterSave();
+    void OnFilterRemove();
+    void OnFilterChosen();
+    void OnContextMenu(CWnd* window, CPoint point);
+    void OnTimer(UINT_PTR timer);
     void OnSelectAll();
     void OnViewFilter();
     void OnViewParent();
@@ -90,6 +107,15 @@ protected:
     void OnUpdateRename(CCmdUI* state);
     void OnUpdateDelete(CCmdUI* state);
     void OnUpdateSelectAll(CCmdUI* state);
+    void OnUpdateUndo(CCmdUI* state);
+    void OnUpdateDescribe(CCmdUI* state);
+    void OnUpdateCopy(CCmdUI* state);
+    void OnUpdatePicture(CCmdUI* state);
+    void OnUpdateMovie(CCmdUI* state);
+    void OnUpdateWritable(CCmdUI* state);
+    void OnUpdateStop(CCmdUI* state);
+    void OnUpdateFilterSave(CCmdUI* state);
+    void OnUpdateFilterRemove(CCmdUI* state);
     void OnUpdateParent(CCmdUI* state);
     void OnUpdateDraw(CCmdUI* state);
     void OnUpdateScene(CCmdUI* state);
@@ -148,7 +174,27 @@ private:
     void take(editor::ObjectLoaded& loaded);
     void take(editor::EntryRenamed& renamed);
     void take(editor::EntriesRemoved& removed);
+    void take(editor::EntryChanged& changed);
+    void take(editor::DirectoryMoved& moved);
+    void take(editor::DeletionsKept& kept);
+    void take(editor::EntriesRestored& restored);
+    void take(editor::FiltersListed& listed);
+    void take(editor::WorkProgress& progress);
+    void take(editor::WorkDone& done);
     void take(editor::ChangeRefused& refused);
+
+    [[nodiscard]] bool create_library_row();
+    /// The tree once more from the library, and that directory.
+    void show_directories_again(const editor::DirectoryPath& shown);
+    /// What the list shows, once more from the library.
+    void list_again();
+    [[nodiscard]] std::vector<editor::ListedEntry> selected_entries() const;
+    [[nodiscard]] bool has_single_entry() const;
+    /// Of the filter that is set: that of the choice, and the line's expression.
+    [[nodiscard]] editor::EntryFilter wanted_filter() const;
+    void use_filter();
+    void show_filter_choices();
+    void show_work(bool is_shown);
 
     int dpi_ = 96;
     editor::SceneDocument document_;
@@ -161,9 +207,14 @@ private:
     DirectoryTree tree_;
     PaneSplitter tree_splitter_;
     FilterEdit filter_;
+    CComboBox filter_choice_;
     EntryList list_;
+    CStatic work_text_;
+    CProgressCtrl work_bar_;
+    CButton work_stop_;
     PaneSplitter preview_splitter_;
     PreviewPane preview_;
+    MovieWindow movie_;
     EditorStatusBar status_bar_;
     std::optional<editor::PaneWidths> widths_;  ///< None until the window has a size.
     std::optional<editor::PartSizes> sizes_;    ///< The same.
@@ -184,6 +235,14 @@ private:
     std::optional<EntryList::Id> previewed_row_;  ///< Of this listing.
     std::vector<EntryList::Id> icons_asked_for_;  ///< The rows around the view then.
     std::optional<EntryList::Id> edited_row_;
+    std::size_t deletions_ = 0;          ///< That can be taken back.
+    editor::EntryFilter listed_filter_;  ///< Of the listing.
+    editor::FilterLine filter_line_;
+    std::vector<std::string> classes_;  ///< That were met since the library was opened.
+    std::vector<editor::SavedFilter> saved_filters_;
+    std::vector<editor::FilterChoice> filter_choices_;
+    std::string work_;  ///< What is done that takes long; empty for nothing.
+    bool is_work_shown_ = false;
     std::string complaint_;  ///< To be shown when the results were taken.
 
     Clock::time_point opening_began_{};

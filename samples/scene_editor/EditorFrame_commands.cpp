@@ -58,16 +58,13 @@ void EditorFrame::OnEntryDelete()
                                  ? "\"" + std::string(list_.rows().name(rows[0])) + "\""
                                  : editor::with_thousands(rows.size()) + " entries";
     const std::string question =
-        "Delete " + what + " from the library?\n\nThis can't be taken back.";
+        "Delete " + what + " from the library?\n\nUndo brings it back until the library is packed.";
     const editor::ListingId listing = listing_;
     if (AfxMessageBox(question.c_str(), MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2 | MB_HELP,
                       IDP_DELETE_ENTRIES) != IDYES ||
         listing != listing_)
         return;
-    std::vector<editor::ListedEntry> entries;
-    for (const EntryList::Id row : rows)
-        entries.push_back({row, std::string(list_.rows().name(row))});
-    worker_->remove(listing_, path_, entries);
+    worker_->remove(listing_, path_, selected_entries());
 }
 
 void EditorFrame::OnSelectAll()
@@ -196,7 +193,9 @@ BOOL EditorFrame::OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result)
 
 void EditorFrame::OnFilterChanged()
 {
-    list_.set_filter(text_of(filter_));
+    filter_line_ = editor::parse_filter_line(text_of(filter_));
+    list_.set_filter(filter_line_.text);
+    use_filter();
 }
 
 void EditorFrame::OnTreeSelected(NMHDR* header, LRESULT*)
@@ -252,8 +251,12 @@ void EditorFrame::OnListKey(NMHDR* header, LRESULT*)
             OnViewParent();
             break;
         case 'A':
-            if (::GetKeyState(VK_CONTROL) < 0)
+            if (::GetKeyState(VK_CONTROL) < 0 && ::GetKeyState(VK_SHIFT) >= 0)
                 list_.select_all();
+            break;
+        case 'Z':
+            if (::GetKeyState(VK_CONTROL) < 0)
+                PostMessage(WM_COMMAND, ID_ENTRY_UNDO);
             break;
         default:
             break;

@@ -22,6 +22,7 @@ void EditorFrame::open_library(const std::string& file)
     first_rows_after_.reset();
     all_rows_after_.reset();
     wanted_directory_.reset();
+    movie_.close();  // it would keep the file open
     worker_->open(file);
 }
 
@@ -50,7 +51,8 @@ void EditorFrame::show_directory(const editor::DirectoryPath& path)
     icons_asked_for_.clear();
     previewed_row_.reset();
     preview_.show_text("", "");
-    worker_->list(listing_, path);
+    listed_filter_ = wanted_filter();
+    worker_->list(listing_, path, listed_filter_);
 }
 
 void EditorFrame::go_to(const editor::DirectoryPath& path)
@@ -149,6 +151,11 @@ void EditorFrame::take(editor::LibraryOpened& opened)
     is_writable_ = opened.is_writable;
     AfxGetApp()->AddToRecentFileList(file_.c_str());
     show_title();
+    classes_.clear();
+    saved_filters_.clear();
+    filter_choices_.clear();
+    show_filter_choices();
+    deletions_ = 0;
     const std::optional<editor::DirectoryPath> wanted = wanted_directory_;
     tree_.reset(std::string(editor::file_part(file_)));
     worker_->list_directories({});
@@ -188,6 +195,7 @@ void EditorFrame::take(editor::RowsListed& listed)
         return;
     const bool are_first = list_.rows().entries() + list_.rows().directories() == 0;
     list_.append(std::move(listed.rows));
+    show_filter_choices();
     if (are_first && ::GetFocus() == list_.m_hWnd)
         list_.select_start(std::exchange(wanted_row_, {}));
     is_complete_ = listed.is_last;
@@ -202,7 +210,7 @@ void EditorFrame::take(editor::RowsListed& listed)
 void EditorFrame::take(editor::IconLoaded& loaded)
 {
     if (loaded.listing == listing_)
-        list_.set_icon(loaded.row, loaded.icon.get());
+        list_.set_details(loaded);
 }
 
 void EditorFrame::take(editor::PreviewLoaded& loaded)

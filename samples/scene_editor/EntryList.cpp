@@ -1,8 +1,10 @@
 #include "scene_editor/EntryList.h"
 
 #include "scene_editor/SceneEditor.h"
+#include "scene_editor/core/Badges.h"
 #include "scene_editor/core/BuiltInPictures.h"
 #include "scene_editor/core/PaneLayout.h"
+#include "scene_editor/core/PreviewTexts.h"
 
 #include <algorithm>
 #include <cstring>
@@ -11,10 +13,12 @@ namespace {
 
 constexpr int kIconAt96 = 32;
 constexpr int kIconMarginAt96 = 3;
-constexpr int kClassWidthAt96 = 120;
+constexpr int kClassWidthAt96 = 110;
+constexpr int kDescriptionWidthAt96 = 160;
 
 // The image list: what is not a row's own icon, then the slots of the cache.
-enum Image { kBlankImage, kDirectoryImage, kEntryImage, kFirstSlot };
+// An entry without an icon has one for each editor::Holding.
+enum Image { kBlankImage, kDirectoryImage, kEntryImage, kFirstSlot = kEntryImage + 4 };
 constexpr int kSlots = 256;  // some screens full
 
 constexpr UINT kManyRows = 256;
@@ -65,11 +69,17 @@ BOOL EntryList::create(CWnd& parent, UINT id, int dpi)
     if (!images_.create(icon_px, editor::scaled(kIconMarginAt96, dpi), kFirstSlot + kSlots))
         return FALSE;
     images_.set(kDirectoryImage, editor::directory_picture(icon_px));
-    images_.set(kEntryImage, editor::entry_picture(icon_px));
+    for (int holding = 0; holding < kFirstSlot - kEntryImage; ++holding) {
+        images_.set(kEntryImage + holding,
+                    editor::with_badge(editor::entry_picture(icon_px),
+                                       static_cast<editor::Holding>(holding), icon_px));
+    }
     SetImageList(&images_.list(), LVSIL_SMALL);
     class_width_px_ = editor::scaled(kClassWidthAt96, dpi);
+    description_width_px_ = editor::scaled(kDescriptionWidthAt96, dpi);
     return InsertColumn(0, "Name", LVCFMT_LEFT, class_width_px_) >= 0 &&
-           InsertColumn(1, "Class", LVCFMT_LEFT, class_width_px_) >= 0;
+           InsertColumn(1, "Class", LVCFMT_LEFT, class_width_px_) >= 0 &&
+           InsertColumn(2, "Description", LVCFMT_LEFT, description_width_px_) >= 0;
 }
 
 void EntryList::clear()
@@ -114,14 +124,29 @@ void EntryList::remove(const std::vector<Id>& rows)
         select_only(std::min(static_cast<std::size_t>(focused), rows_.shown().size() - 1));
 }
 
-void EntryList::set_icon(Id row, const PixelMap* icon)
+void EntryList::set_details(const editor::IconLoaded& loaded)
 {
-    if (icon == nullptr)
-        icons_.store_none(row);
-    else
-        images_.set(kFirstSlot + icons_.store(row), *icon);
-    if (const auto position = rows_.position_of(row))
+    rows_.set_details(loaded.row, loaded.holding, loaded.description);
+    if (loaded.icon == nullptr) {
+        icons_.store_none(loaded.row);
+    } else {
+        images_.set(kFirstSlot + icons_.store(loaded.row),
+                    editor::with_badge(*loaded.icon, loaded.holding, images_.size_px()));
+    }
+    if (const auto position = rows_.position_of(loaded.row))
         RedrawItems(static_cast<int>(*position), static_cast<int>(*position));
+}
+
+void EntryList::put(const editor::EntryChanged& entry)
+{
+    const std::optional<Id> kept = single_row();
+    const bool was_there = rows_.find(entry.name).has_value();
+    const Id row = rows_.put(entry.name, entry.class_name, entry.holding);
+    icons_.forget(row);
+    if (!was_there)
+        show_rows(kept);
+    else
+        Invalidate(FALSE);
 }
 
 std::vector<EntryList::Id> EntryList::rows_around_view() const
@@ -212,11 +237,15 @@ void EntryList::fit_columns()
     const int room = static_cast<int>(client.Width());
     if (room <= 0)
         return;
-    const int class_px = std::min(class_width_px_, room / 3);
+    const int class_px = std::min(class_width_px_, room / 4);
+    const int description_px = std::min(description_width_px_, room / 3);
+    const int name_px = room - class_px - description_px;
+    if (GetColumnWidth(2) != description_px)
+        SetColumnWidth(2, description_px);
     if (GetColumnWidth(1) != class_px)
         SetColumnWidth(1, class_px);
-    if (GetColumnWidth(0) != room - class_px)
-        SetColumnWidth(0, room - class_px);
+    if (GetColumnWidth(0) != name_px)
+        SetColumnWidth(0, name_px);
 }
 
 void EntryList::OnGetDispInfo(NMHDR* header, LRESULT*)
@@ -226,8 +255,12 @@ void EntryList::OnGetDispInfo(NMHDR* header, LRESULT*)
         return;
     const Id row = row_at(item.iItem);
     if ((item.mask & LVIF_TEXT) != 0) {
-        const std::string_view text = item.iSubItem == 0 ? rows_.name(row) : rows_.class_name(row);
-        copy_text(text, item.pszText, item.cchTextMax);
+        if (item.iSubItem == 2) {
+            copy_text(editor::in_one_line(rows_.description(row)), item.pszText, item.cchTextMax);
+        } else {
+            copy_text(item.iSubItem == 0 ? rows_.name(row) : rows_.class_name(row), item.pszText,
+                      item.cchTextMax);
+        }
     }
     if ((item.mask & LVIF_IMAGE) != 0)
         item.iImage = image_of(row);
@@ -311,5 +344,6 @@ int EntryList::image_of(Id row)
     const int slot = icons_.find(row);
     if (slot == editor::IconCache::kNotLoaded)
         return kBlankImage;
-    return slot == editor::IconCache::kNoIcon ? int{kEntryImage} : kFirstSlot + slot;
+    return slot == editor::IconCache::kNoIcon ? kEntryImage + static_cast<int>(rows_.holding(row))
+                                              : kFirstSlot + slot;
 }

@@ -4,6 +4,7 @@
 #include "scene_editor/IconImages.h"
 #include "scene_editor/core/EntryRows.h"
 #include "scene_editor/core/IconCache.h"
+#include "scene_editor/core/LibraryResults.h"
 
 #include <optional>
 #include <string>
@@ -27,8 +28,10 @@ public:
     /// The row below the removed ones is selected then.
     void remove(const std::vector<Id>& rows);
 
-    /// Null when the row has none.
-    void set_icon(Id row, const PixelMap* icon);
+    /// The icon, null when the row has none, and the rest that it shows.
+    void set_details(const editor::IconLoaded& loaded);
+    /// Puts an entry in its place, or shows what it is by now; its icon is not here then.
+    void put(const editor::EntryChanged& entry);
     [[nodiscard]] int icon_size_px() const { return images_.size_px(); }
     /// The rows in view and a page to either side, the most wanted first.
     [[nodiscard]] std::vector<Id> rows_around_view() const;
@@ -78,4 +81,5 @@ private:
     editor::IconCache icons_;
     IconImages images_;
     int class_width_px_ = 0;
+    int description_width_px_ = 0;
 };

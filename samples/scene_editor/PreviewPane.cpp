@@ -4,6 +4,7 @@
 #include "platform/CPaintDC.h"
 #include "scene_editor/TextHeight.h"
 #include "scene_editor/core/PaneLayout.h"
+#include "scene_editor/core/PreviewTexts.h"
 
 #include <algorithm>
 
@@ -17,7 +18,7 @@ END_MESSAGE_MAP()
 
 namespace {
 
-constexpr int kLines = 2;
+constexpr int kDescriptionLines = 3;
 
 }  // namespace
 
@@ -37,10 +38,14 @@ BOOL PreviewPane::create(CWnd& parent, UINT id, CFont& font, int dpi)
     if (!view_.CreateEx(0, AfxRegisterWndClass(CS_HREDRAW | CS_VREDRAW), "",
                         WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, RECT{}, this, 1) ||
         !title_.Create("", text_style, RECT{}, this, 2) ||
-        !caption_.Create("", text_style, RECT{}, this, 3))
+        !caption_.Create("", text_style, RECT{}, this, 3) ||
+        !more_.Create("", text_style, RECT{}, this, 4) ||
+        !description_.Create(
+            "", WS_CHILD | WS_VISIBLE | SS_LEFT | SS_NOPREFIX | SS_EDITCONTROL | WS_CLIPSIBLINGS,
+            RECT{}, this, 5))
         return FALSE;
-    title_.SetFont(&font);
-    caption_.SetFont(&font);
+    for (CStatic* const text : {&title_, &caption_, &more_, &description_})
+        text->SetFont(&font);
     return TRUE;
 }
 
@@ -48,11 +53,19 @@ void PreviewPane::show(editor::PreviewLoaded preview)
 {
     view_.set_map(nullptr, false);
     preview_ = std::move(preview);
-    const bool has_both = !preview_.class_name.empty() && !preview_.caption.empty();
-    const std::string separator = has_both ? ", " : "";
-    AfxSetWindowText(title_, preview_.name.c_str());
-    AfxSetWindowText(caption_, (preview_.class_name + separator + preview_.caption).c_str());
-    place_picture();
+    const editor::PreviewTexts texts = editor::preview_texts(preview_);
+    AfxSetWindowText(title_, texts.title.c_str());
+    AfxSetWindowText(caption_, texts.caption.c_str());
+    AfxSetWindowText(more_, texts.more.c_str());
+    AfxSetWindowText(description_, editor::with_control_breaks(texts.description).c_str());
+    const bool has_same_lines =
+        has_more_ == !texts.more.empty() && has_description_ == !texts.description.empty();
+    has_more_ = !texts.more.empty();
+    has_description_ = !texts.description.empty();
+    if (has_same_lines)
+        place_picture();
+    else
+        place_parts();
 }
 
 void PreviewPane::show_text(const std::string& title, const std::string& caption)
@@ -72,15 +85,30 @@ void PreviewPane::set_draw_type(GPixelMapView::DrawType type)
 void PreviewPane::OnSize(UINT kind, int width, int height)
 {
     CWnd::OnSize(kind, width, height);
-    if (!::IsWindow(view_))
+    place_parts();
+}
+
+void PreviewPane::place_parts()
+{
+    if (!::IsWindow(description_))
         return;
-    const int texts_px = kLines * line_px_ + 2 * margin_px_;
-    const int picture_px = std::max(0, height - texts_px);
+    CRect client;
+    GetClientRect(&client);
+    const int width = static_cast<int>(client.Width());
+    const int picture_px = picture_height();
     view_.MoveWindow(frame_px_, frame_px_, std::max(0, width - 2 * frame_px_),
                      std::max(0, picture_px - 2 * frame_px_));
     const int text_width = std::max(0, width - 2 * margin_px_);
-    title_.MoveWindow(margin_px_, picture_px + margin_px_, text_width, line_px_);
-    caption_.MoveWindow(margin_px_, picture_px + margin_px_ + line_px_, text_width, line_px_);
+    int top = picture_px + margin_px_;
+    for (CStatic* const text : {&title_, &caption_, &more_}) {
+        text->MoveWindow(margin_px_, top, text_width, line_px_);
+        top += line_px_;
+    }
+    if (!has_more_)
+        top -= line_px_;
+    description_.MoveWindow(margin_px_, top, text_width, kDescriptionLines * line_px_);
+    more_.ShowWindow(has_more_ ? SW_SHOWNA : SW_HIDE);
+    description_.ShowWindow(has_description_ ? SW_SHOWNA : SW_HIDE);
     Invalidate();
     place_picture();
 }
@@ -102,7 +130,7 @@ void PreviewPane::OnPaint()
     CPaintDC dc(this);
     CRect frame;
     GetClientRect(&frame);
-    frame.bottom = std::max(0L, frame.bottom - kLines * line_px_ - 2 * margin_px_);
+    frame.bottom = picture_height();
     const bool has_focus = ::GetFocus() == m_hWnd;
     const COLORREF color = ::GetSysColor(has_focus ? COLOR_HIGHLIGHT : COLOR_BTNSHADOW);
     for (int i = 0; i < frame_px_; ++i) {
@@ -114,6 +142,14 @@ void PreviewPane::OnPaint()
 void PreviewPane::OnLButtonDown(UINT, CPoint)
 {
     SetFocus();
+}
+
+int PreviewPane::picture_height() const
+{
+    CRect client;
+    GetClientRect(&client);
+    const int lines = 2 + (has_more_ ? 1 : 0) + (has_description_ ? kDescriptionLines : 0);
+    return std::max(0, static_cast<int>(client.Height()) - lines * line_px_ - 2 * margin_px_);
 }
 
 void PreviewPane::place_picture()

@@ -76,6 +76,19 @@
 #define ID_SCENE_COLOR_6 0x8216
 #define ID_SCENE_LAST 0x8216
 
+/* What is done to entries, and to the library. */
+#define ID_ENTRY_UNDO 0x8400
+#define ID_ENTRY_DESCRIBE 0x8401
+#define ID_ENTRY_COPY_TO 0x8402
+#define ID_ENTRY_NEXT_PICTURE 0x8403
+#define ID_ENTRY_PREVIOUS_PICTURE 0x8404
+#define ID_ENTRY_MOVIE 0x8405
+#define ID_LIBRARY_ADD 0x8406
+#define ID_LIBRARY_PACK 0x8407
+#define ID_LIBRARY_STOP 0x8408
+#define ID_FILTER_SAVE 0x8409
+#define ID_FILTER_REMOVE 0x840A
+
 #define IDC_DIRECTORIES 1001
 #define IDC_FILTER 1002
 #define IDC_ENTRIES 1003
@@ -92,6 +105,23 @@
 #define IDC_STATUS_Y 1103
 #define IDC_STATUS_Z 1104
 #define IDC_STATUS_GRID 1105
+/* In the library. */
+#define IDC_FILTER_CHOICE 1200
+#define IDC_WORK_TEXT 1201
+#define IDC_WORK_BAR 1202
+/* The dialogs that ask for a text, of one line and of several, and what is in them. */
+#define IDD_TEXT_LINE 1210
+#define IDD_TEXT_LINES 1211
+#define IDC_REQUEST_PROMPT 1212
+#define IDC_REQUEST_TEXT 1213
+/* The menu of an entry. */
+#define IDR_ENTRY_MENU 1214
+/* In the window that plays a movie. */
+#define IDC_MOVIE_PREVIOUS 1220
+#define IDC_MOVIE_PLAY 1221
+#define IDC_MOVIE_NEXT 1222
+#define IDC_MOVIE_SLIDER 1223
+#define IDC_MOVIE_TEXT 1224
 /* In the pane of the properties: those that are typed, in the order of editor::Property, then the
    others. */
 #define IDC_PROPERTY_FIRST 1020

@@ -33,15 +33,16 @@ bool name_before(std::string_view a, std::string_view b)
     return a.size() != b.size() ? a.size() < b.size() : a < b;
 }
 
-void RowBatch::add(std::string_view name, std::string_view class_name, RowKind kind)
+void RowBatch::add(std::string_view name, std::string_view class_name, RowKind kind,
+                   Holding holding)
 {
     const std::size_t name_at = text_.size();
     text_.append(name);
     text_.append(name);
     std::transform(text_.end() - static_cast<std::ptrdiff_t>(name.size()), text_.end(),
                    text_.end() - static_cast<std::ptrdiff_t>(name.size()), folded_letter);
-    records_.push_back(
-        {name_at, static_cast<std::uint32_t>(name.size()), class_index_of(class_name), kind});
+    records_.push_back({name_at, static_cast<std::uint32_t>(name.size()),
+                        class_index_of(class_name), kind, holding});
 }
 
 std::uint16_t RowBatch::class_index_of(std::string_view class_name)
@@ -74,7 +75,7 @@ void EntryRows::append(RowBatch batch)
         const std::string_view both = std::string_view(text).substr(record.name_at);
         const auto id = static_cast<Id>(rows_.size());
         rows_.push_back({both.substr(0, record.length), both.substr(record.length, record.length),
-                         class_index[record.class_index], record.kind, true});
+                         class_index[record.class_index], record.kind, record.holding, true});
         order_.push_back(id);
         entries_ += record.kind == RowKind::Entry ? 1 : 0;
         if (passes(id))
@@ -122,6 +123,66 @@ std::optional<std::size_t> EntryRows::find_start(std::string_view text, std::siz
     const std::size_t begin = std::min(from, shown_.size());
     const std::optional<std::size_t> found = search(begin, shown_.size());
     return found || !wrap ? found : search(0, begin);
+}
+
+std::string_view EntryRows::description(Id id) const
+{
+    const auto found = descriptions_.find(id);
+    return found != descriptions_.end() ? std::string_view(found->second) : std::string_view();
+}
+
+void EntryRows::set_details(Id id, Holding holding, std::string_view description)
+{
+    if (id >= rows_.size() || !rows_[id].is_there)
+        return;
+    rows_[id].holding = holding;
+    if (description.empty())
+        descriptions_.erase(id);
+    else
+        descriptions_.insert_or_assign(id, std::string(description));
+}
+
+std::optional<EntryRows::Id> EntryRows::find(std::string_view name) const
+{
+    const std::string folded_name = folded(name);
+    const auto place =
+        std::lower_bound(order_.begin(), order_.end(), name, [&](Id id, std::string_view wanted) {
+            const Row& row = rows_[id];
+            if (row.kind != RowKind::Entry)
+                return true;
+            const int order = row.folded.compare(folded_name);
+            return order != 0 ? order < 0 : row.name < wanted;
+        });
+    if (place == order_.end() || rows_[*place].name != name)
+        return std::nullopt;
+    return *place;
+}
+
+EntryRows::Id EntryRows::put(std::string_view name, std::string_view class_name, Holding holding)
+{
+    const std::optional<Id> found = find(name);
+    const Id id = found ? *found : add_row(name, RowKind::Entry);
+    rows_[id].class_index = class_index_of(class_name);
+    rows_[id].holding = holding;
+    descriptions_.erase(id);
+    match_classes();
+    if (!found) {
+        const auto earlier = [this](Id a, Id b) { return before(a, b); };
+        order_.insert(std::lower_bound(order_.begin(), order_.end(), id, earlier), id);
+        ++entries_;
+    }
+    show_from(order_);
+    return id;
+}
+
+EntryRows::Id EntryRows::add_row(std::string_view name, RowKind kind)
+{
+    std::string& text = texts_.emplace_back(name);
+    text += folded(name);
+    const std::string_view both = text;
+    rows_.push_back(
+        {both.substr(0, name.size()), both.substr(name.size()), 0, kind, Holding::Inside, true});
+    return static_cast<Id>(rows_.size() - 1);
 }
 
 void EntryRows::rename(Id id, std::string_view name)

@@ -6,12 +6,21 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace editor {
 
 /// What a row of the list stands for; directories come first.
 enum class RowKind : std::uint8_t { Directory, Entry };
+
+/// Where the object of an entry lies.
+enum class Holding : std::uint8_t {
+    Inside,     ///< In the library itself.
+    Reference,  ///< With another entry, for which this one stands.
+    External,   ///< In a file of its own.
+    Lost,       ///< With another entry or in a file that is not there.
+};
 
 /// ASCII letters in lower case, other bytes as they are: the form in which texts are compared.
 [[nodiscard]] std::string folded(std::string_view text);
@@ -23,7 +32,8 @@ enum class RowKind : std::uint8_t { Directory, Entry };
 class RowBatch {
 public:
     /// Adds a row. `class_name` may be empty.
-    void add(std::string_view name, std::string_view class_name, RowKind kind);
+    void add(std::string_view name, std::string_view class_name, RowKind kind,
+             Holding holding = Holding::Inside);
     [[nodiscard]] std::size_t size() const { return records_.size(); }
 
 private:
@@ -33,6 +43,7 @@ private:
         std::uint32_t length;
         std::uint16_t class_index;
         RowKind kind;
+        Holding holding;
     };
 
     [[nodiscard]] std::uint16_t class_index_of(std::string_view class_name);
@@ -73,7 +84,20 @@ public:
         return class_names_[rows_[id].class_index];
     }
     [[nodiscard]] RowKind kind(Id id) const { return rows_[id].kind; }
+    [[nodiscard]] Holding holding(Id id) const { return rows_[id].holding; }
+    /// Empty until it is set.
+    [[nodiscard]] std::string_view description(Id id) const;
+    /// What was found out about a row behind its listing.
+    void set_details(Id id, Holding holding, std::string_view description);
+    /// The names of the classes that occur, in no order.
+    [[nodiscard]] const std::vector<std::string>& class_names() const { return class_names_; }
 
+    /// The entry of that name. Logarithmic.
+    [[nodiscard]] std::optional<Id> find(std::string_view name) const;
+    /// Sets class and holding of the entry of that name, which is put in its place when it is not
+    /// there. The description is forgotten. Linear for a new one. No more rows may be appended
+    /// after a new one: they would not stand behind it.
+    Id put(std::string_view name, std::string_view class_name, Holding holding);
     /// Renames a row, which moves to its place in the order. Linear.
     void rename(Id id, std::string_view name);
     /// Takes rows out; ids that are not there are ignored. Linear.
@@ -88,6 +112,7 @@ private:
         std::string_view folded;
         std::uint16_t class_index;
         RowKind kind;
+        Holding holding;
         bool is_there;
     };
 
@@ -96,10 +121,13 @@ private:
     [[nodiscard]] bool before(Id a, Id b) const;
     void match_classes();
     void show_from(const std::vector<Id>& candidates);
+    /// A row that is in no order yet.
+    Id add_row(std::string_view name, RowKind kind);
 
     std::deque<std::string> texts_;  ///< What the rows' views lie in; never moved.
     std::vector<Row> rows_;          ///< By id.
-    std::vector<Id> order_;          ///< All rows that are there, in their order.
+    std::unordered_map<Id, std::string> descriptions_;
+    std::vector<Id> order_;  ///< All rows that are there, in their order.
     std::vector<Id> shown_;
     std::vector<std::string> class_names_;
     std::vector<bool> class_matches_;  ///< By class: whether its name passes the filter.

@@ -3,8 +3,13 @@
 #include "foundation/GException.h"
 #include "graphics/GIconMaker.h"
 #include "graphics/PixelMapTools.h"
+#include "odb/ODB_ContentsFilter.h"
+#include "odb/ODB_ExternalObject.h"
 #include "odb/ODB_Mediator.h"
+#include "odb/ODB_ReferenceToObject.h"
 #include "odb/ObjectDatabase.h"
+#include "scene_editor/core/LibraryPaths.h"
+#include "scene_editor/core/ShrunkPicture.h"
 #include "store/GResourceIterators.h"
 #include "store/ResourceFileServer.h"
 
@@ -13,29 +18,6 @@
 namespace editor {
 
 namespace {
-
-GString text_of(const std::string& text)
-{
-    return GString(std::string_view(text));
-}
-
-GResourcePath resource_path(const DirectoryPath& path)
-{
-    GResourcePath result;
-    for (const std::string& level : path)
-        result += text_of(level);
-    return result;
-}
-
-GResourceFullName mediator_name(const DirectoryPath& path, const std::string& name)
-{
-    return {resource_path(path), text_of(name), ObjectDatabase::MediatorResourceType};
-}
-
-std::string quoted(std::string_view name)
-{
-    return "\"" + std::string(name) + "\"";
-}
 
 // The reason with the file's name in it.
 std::string open_reason(const std::string& file, const ResourceFile& library)
@@ -46,17 +28,13 @@ std::string open_reason(const std::string& file, const ResourceFile& library)
     return file + ": " + (reason.empty() ? "it can't be opened." : std::string(reason));
 }
 
-// `picture` in the size that a square of `size_px` has room for; null keeps the picture.
-std::unique_ptr<PixelMap> shrunk(const PixelMap& picture, int size_px)
+// What the mediator alone tells.
+Holding holding_of(const ODB_Mediator& mediator)
 {
-    const long width = picture.get_width();
-    const long height = picture.get_height();
-    if (width <= size_px && height <= size_px)
-        return nullptr;
-    const long longer = std::max(width, height);
-    return std::unique_ptr<PixelMap>(
-        PixelMapTools::Resize(picture, std::max(1L, width * size_px / longer),
-                              std::max(1L, height * size_px / longer), true));
+    if (mediator.is_reference())
+        return Holding::Reference;
+    return zmr::class_cast<ODB_ExternalObject>(&mediator) != nullptr ? Holding::External
+                                                                     : Holding::Inside;
 }
 
 const char* why_no_object(const ODB_Mediator& mediator)
@@ -66,10 +44,10 @@ const char* why_no_object(const ODB_Mediator& mediator)
                : "Its content is missing or damaged.";
 }
 
-std::string size_text(const PixelMap& picture)
+// The directory of what was deleted is no directory of the user's.
+bool is_hidden(const DirectoryPath& parent, const GString& name)
 {
-    return std::to_string(picture.get_width()) + " \xC3\x97 " +
-           std::to_string(picture.get_height()) + " pixels";
+    return parent.empty() && name.view() == kDeletedDirectory;
 }
 
 }  // namespace
@@ -81,7 +59,12 @@ PreviewLoaded draw_preview(PreviewRead read, int size_px)
     return std::move(read.preview);
 }
 
-LibrarySession::LibrarySession() = default;
+LibrarySession::LibrarySession(LibraryListener::EntryModified entry_modified,
+                               LibraryListener::DirectoryRenamed directory_renamed)
+    : entry_modified_(std::move(entry_modified)), directory_renamed_(std::move(directory_renamed))
+{
+}
+
 LibrarySession::~LibrarySession() = default;
 
 LibraryResult LibrarySession::open(const std::string& file)
@@ -107,6 +90,10 @@ LibraryResult LibrarySession::open(const std::string& file)
     }
     database_ = std::move(database);
     file_ = file;
+    if (entry_modified_ && directory_renamed_) {
+        listener_ = std::make_unique<LibraryListener>(*database_->server, entry_modified_,
+                                                      directory_renamed_);
+    }
     return opened;
 }
 
@@ -114,6 +101,8 @@ void LibrarySession::close()
 {
     names_.clear();
     first_rows_ = false;
+    filter_.reset();
+    listener_.reset();
     database_.reset();
     file_.clear();
     told_damage_.clear();
@@ -126,6 +115,8 @@ DirectoriesListed LibrarySession::list_directories(const DirectoryPath& path) co
         return listed;
     const GResourcePath here = resource_path(path);
     for (GResourceSubDirectoryIterator it(*database_, here); it.index >= 0; --it) {
+        if (is_hidden(path, it.element()))
+            continue;
         GResourcePath below = here;
         below += it.element();
         const GResourceSubDirectoryIterator deeper(*database_, below);
@@ -137,17 +128,21 @@ DirectoriesListed LibrarySession::list_directories(const DirectoryPath& path) co
     return listed;
 }
 
-void LibrarySession::begin_listing(ListingId listing, const DirectoryPath& path)
+void LibrarySession::begin_listing(ListingId listing, const DirectoryPath& path,
+                                   const EntryFilter& filter)
 {
     listing_ = listing;
+    filter_ = filter.is_empty() ? nullptr : make_filter(filter);
     listed_path_ = path;
     names_.clear();
     first_rows_ = true;
     if (database_ == nullptr)
         return;
     const GResourcePath here = resource_path(path);
-    for (GResourceSubDirectoryIterator it(*database_, here); it.index >= 0; --it)
-        names_.push_back({std::string(it.element().view()), RowKind::Directory});
+    for (GResourceSubDirectoryIterator it(*database_, here); it.index >= 0; --it) {
+        if (!is_hidden(path, it.element()))
+            names_.push_back({std::string(it.element().view()), RowKind::Directory});
+    }
     const GResourceFullName mediators = mediator_name(path, {});
     for (GResourceIterator it(*database_, mediators); it.index >= 0; --it)
         names_.push_back({std::string(it.element().view()), RowKind::Entry});
@@ -167,9 +162,15 @@ RowsListed LibrarySession::next_rows(std::size_t count)
         const ListedName& row = names_.back();
         const ODB_Mediator* const mediator =
             row.kind == RowKind::Entry ? database_->get_mediator(here, text_of(row.name)) : nullptr;
-        const std::string_view class_name =
-            mediator != nullptr ? mediator->get_object_class_name().view() : std::string_view();
-        listed.rows.add(row.name, class_name, row.kind);
+        if (mediator == nullptr) {
+            if (filter_ == nullptr || row.kind == RowKind::Directory)
+                listed.rows.add(row.name, {}, row.kind);
+            continue;
+        }
+        if (filter_ == nullptr || filter_->accept(*mediator) != 0) {
+            listed.rows.add(row.name, mediator->get_object_class_name().view(), row.kind,
+                            holding_of(*mediator));
+        }
     }
     listed.is_last = names_.empty();
     if (listed.is_last)
@@ -187,12 +188,25 @@ std::string LibrarySession::new_damage()
     return file_ + ": a part of it is damaged: " + damage->reason;
 }
 
+ODB_Mediator* LibrarySession::mediator_of(const DirectoryPath& path, const std::string& name) const
+{
+    return database_ != nullptr ? database_->get_mediator(mediator_name(path, name)) : nullptr;
+}
+
+std::optional<EntryChanged> LibrarySession::look_at(const DirectoryPath& path,
+                                                    const std::string& name) const
+{
+    const ODB_Mediator* const mediator = mediator_of(path, name);
+    if (mediator == nullptr)
+        return std::nullopt;
+    return EntryChanged{path, name, std::string(mediator->get_object_class_name().view()),
+                        holding_of(*mediator)};
+}
+
 std::unique_ptr<PixelMap> LibrarySession::load_icon(const DirectoryPath& path,
                                                     const std::string& name, int size_px) const
 {
-    if (database_ == nullptr)
-        return nullptr;
-    ODB_Mediator* const mediator = database_->get_mediator(mediator_name(path, name));
+    ODB_Mediator* const mediator = mediator_of(path, name);
     const PixelMap* const icon = mediator != nullptr ? mediator->get_icon() : nullptr;
     if (icon == nullptr)
         return nullptr;
@@ -210,13 +224,12 @@ PreviewRead LibrarySession::load_preview(const DirectoryPath& path, const std::s
     PreviewLoaded& preview = read.preview;
     preview.path = path;
     preview.name = name;
-    ODB_Mediator* const mediator =
-        database_ != nullptr ? database_->get_mediator(mediator_name(path, name)) : nullptr;
+    ODB_Mediator* const mediator = mediator_of(path, name);
     if (mediator == nullptr) {
         preview.caption = "The entry is not there any more.";
         return read;
     }
-    preview.class_name = mediator->get_object_class_name().view();
+    tell_facts(*mediator, preview);
     read.object.reset(mediator->get_object());
     if (const auto* const picture = dynamic_cast<const PixelMap*>(read.object.get())) {
         preview.picture = std::make_unique<PixelMap>(*picture);
@@ -237,70 +250,15 @@ PreviewRead LibrarySession::load_preview(const DirectoryPath& path, const std::s
 ObjectLoaded LibrarySession::load_object(const DirectoryPath& path, const std::string& name) const
 {
     ObjectLoaded loaded{name, nullptr, {}};
-    ODB_Mediator* const mediator =
-        database_ != nullptr ? database_->get_mediator(mediator_name(path, name)) : nullptr;
+    ODB_Mediator* const mediator = mediator_of(path, name);
     if (mediator == nullptr) {
-        loaded.reason = "The entry " + quoted(name) + " is not there any more.";
+        loaded.reason = "The entry " + in_quotes(name) + " is not there any more.";
         return loaded;
     }
     loaded.object.reset(mediator->get_object());
     if (loaded.object == nullptr)
-        loaded.reason = "The entry " + quoted(name) + ": " + why_no_object(*mediator);
+        loaded.reason = "The entry " + in_quotes(name) + ": " + why_no_object(*mediator);
     return loaded;
-}
-
-std::optional<std::string> LibrarySession::rename(const DirectoryPath& path,
-                                                  const std::string& from, const std::string& to)
-{
-    if (auto reason = not_writable())
-        return reason;
-    if (to.empty())
-        return "An entry must have a name.";
-    const GResourcePath here = resource_path(path);
-    if (!database_->object_exists(here, text_of(from)))
-        return "The entry " + quoted(from) + " is not there any more.";
-    if (database_->object_exists(here, text_of(to)))
-        return "There is an entry " + quoted(to) + " in this directory already.";
-    database_->rename_object(here, text_of(from), here, text_of(to));
-    if (auto reason = commit())
-        return reason;
-    if (!database_->object_exists(here, text_of(to)))
-        return "The entry " + quoted(from) + " can't have the name " + quoted(to) + ".";
-    return std::nullopt;
-}
-
-std::optional<std::string> LibrarySession::remove(const DirectoryPath& path,
-                                                  const std::vector<ListedEntry>& entries)
-{
-    if (auto reason = not_writable())
-        return reason;
-    {
-        const ResourceFile::CommitScope whole(*database_);
-        const GResourcePath here = resource_path(path);
-        for (const ListedEntry& entry : entries)
-            database_->remove_object(here, text_of(entry.name));
-    }
-    return commit();
-}
-
-std::optional<std::string> LibrarySession::not_writable() const
-{
-    if (database_ == nullptr)
-        return "No library is open.";
-    if (!database_->is_writable())
-        return file_ + ": it is open for reading only.";
-    return std::nullopt;
-}
-
-std::optional<std::string> LibrarySession::commit()
-{
-    database_->flush();
-    if (database_->server != nullptr && database_->server->error() == 0)
-        return std::nullopt;
-    const std::string why(database_->server != nullptr ? database_->server->error_text().view()
-                                                       : std::string_view("it is not open"));
-    return file_ + ": it can't be written any more: " + why +
-           " What was committed before is whole.";
 }
 
 }  // namespace editor

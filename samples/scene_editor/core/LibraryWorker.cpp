@@ -1,6 +1,7 @@
 #include "scene_editor/core/LibraryWorker.h"
 
 #include "scene_editor/core/CommandLine.h"
+#include "scene_editor/core/CountsText.h"
 #include "scene_editor/core/LibrarySession.h"
 
 #include <exception>
@@ -24,6 +25,7 @@ LibraryWorker::~LibraryWorker()
         const std::lock_guard lock(mutex_);
         ends_ = true;
     }
+    stops_ = true;
     work_waits_.notify_all();
     drawing_waits_.notify_all();
     thread_.join();
@@ -45,6 +47,10 @@ void LibraryWorker::open(const std::string& file)
         const bool is_open = std::holds_alternative<LibraryOpened>(result);
         tell(name + (is_open ? " is open" : " could not be opened"));
         give(std::move(result));
+        if (is_open) {
+            give_state(session);
+            give(session.filters());
+        }
     });
 }
 
@@ -53,15 +59,15 @@ void LibraryWorker::list_directories(const DirectoryPath& path)
     add_task([this, path](LibrarySession& session) { give(session.list_directories(path)); });
 }
 
-void LibraryWorker::list(ListingId listing, const DirectoryPath& path)
+void LibraryWorker::list(ListingId listing, const DirectoryPath& path, const EntryFilter& filter)
 {
     {
         const std::lock_guard lock(mutex_);
         icons_ = {};
         is_listing_ = false;
     }
-    add_task([this, listing, path](LibrarySession& session) {
-        session.begin_listing(listing, path);
+    add_task([this, listing, path, filter](LibrarySession& session) {
+        session.begin_listing(listing, path, filter);
         const std::lock_guard lock(mutex_);
         is_listing_ = true;
         batch_rows_ = kRowsOfFirstBatch;
@@ -86,7 +92,17 @@ void LibraryWorker::want_preview(const DirectoryPath& path, const std::string& n
 {
     {
         const std::lock_guard lock(mutex_);
-        preview_ = WantedPreview{path, name, size_px};
+        preview_ = WantedPreview{path, name, {}, size_px};
+    }
+    work_waits_.notify_all();
+}
+
+void LibraryWorker::want_picture(const DirectoryPath& path, const std::string& name,
+                                 const std::string& picture, int size_px)
+{
+    {
+        const std::lock_guard lock(mutex_);
+        preview_ = WantedPreview{path, name, picture, size_px};
     }
     work_waits_.notify_all();
 }
@@ -113,15 +129,73 @@ void LibraryWorker::rename(ListingId listing, const DirectoryPath& path, const L
 void LibraryWorker::remove(ListingId listing, const DirectoryPath& path,
                            const std::vector<ListedEntry>& entries)
 {
+    add_work("Deleting", [=, this](LibrarySession& session, const StepsDone& steps) {
+        const LibrarySession::Removed removed = session.remove(path, entries, steps);
+        EntriesRemoved gone{listing, {}};
+        for (const ListedEntry& entry : removed.entries)
+            gone.rows.push_back(entry.row);
+        give(std::move(gone));
+        give_state(session);
+        if (removed.reason)
+            give(ChangeRefused{*removed.reason});
+    });
+}
+
+void LibraryWorker::restore()
+{
+    add_work("Taking back", [this](LibrarySession& session, const StepsDone& steps) {
+        give(session.restore(steps));
+        give_state(session);
+    });
+}
+
+void LibraryWorker::describe(const DirectoryPath& path, const std::string& name,
+                             const std::string& text)
+{
     add_task([=, this](LibrarySession& session) {
-        if (const auto reason = session.remove(path, entries)) {
+        if (const auto reason = session.describe(path, name, text))
             give(ChangeRefused{*reason});
-            return;
-        }
-        EntriesRemoved removed{listing, {}};
-        for (const ListedEntry& entry : entries)
-            removed.rows.push_back(entry.row);
-        give(std::move(removed));
+    });
+}
+
+void LibraryWorker::copy(const DirectoryPath& path, const std::vector<ListedEntry>& entries,
+                         const std::string& file, const DirectoryPath& to)
+{
+    add_work("Copying", [=, this](LibrarySession& session, const StepsDone& steps) {
+        give(session.copy(path, entries, file, to, steps));
+    });
+}
+
+void LibraryWorker::add(const DirectoryPath& path, const std::vector<std::string>& files)
+{
+    add_work("Adding", [=, this](LibrarySession& session, const StepsDone& steps) {
+        give(session.add(path, files, steps));
+    });
+}
+
+void LibraryWorker::pack()
+{
+    add_work("Packing", [this](LibrarySession& session, const StepsDone& steps) {
+        give(session.pack(steps));
+        give_state(session);
+    });
+}
+
+void LibraryWorker::save_filter(const SavedFilter& filter)
+{
+    add_task([=, this](LibrarySession& session) {
+        if (const auto reason = session.save(filter))
+            give(ChangeRefused{*reason});
+        give(session.filters());
+    });
+}
+
+void LibraryWorker::remove_filter(const std::string& name)
+{
+    add_task([=, this](LibrarySession& session) {
+        if (const auto reason = session.remove_saved(name))
+            give(ChangeRefused{*reason});
+        give(session.filters());
     });
 }
 
@@ -153,9 +227,44 @@ void LibraryWorker::add_task(Task task)
     work_waits_.notify_all();
 }
 
+void LibraryWorker::add_work(const std::string& text,
+                             std::function<void(LibrarySession&, const StepsDone&)> work)
+{
+    add_task([this, text, work = std::move(work)](LibrarySession& session) {
+        stops_ = false;
+        give(WorkProgress{text, 0, 0});
+        const StepsDone steps = [this, &text](std::size_t done, std::size_t total) {
+            give(WorkProgress{text, done, total});
+            return !stops_;
+        };
+        try {
+            work(session, steps);
+        } catch (...) {
+            give(WorkProgress{});
+            throw;
+        }
+        give(WorkProgress{});
+    });
+}
+
+void LibraryWorker::give_state(const LibrarySession& session)
+{
+    give(DeletionsKept{session.deletions()});
+}
+
 void LibraryWorker::run()
 {
-    LibrarySession session;
+    // Any client's changes are looked at in their turn.
+    LibrarySession session(
+        [this](const DirectoryPath& path, const std::string& name) {
+            add_task([this, path, name](LibrarySession& open) {
+                if (auto entry = open.look_at(path, name))
+                    give(std::move(*entry));
+            });
+        },
+        [this](const DirectoryPath& from, const DirectoryPath& to) {
+            give(DirectoryMoved{from, to});
+        });
     std::unique_lock lock(mutex_);
     while (true) {
         if (ends_)
@@ -201,7 +310,10 @@ LibraryWorker::Task LibraryWorker::next_task()
         icons_.entries.pop_front();
         return [this, entry, listing = icons_.listing, path = icons_.path,
                 size_px = icons_.size_px](LibrarySession& session) {
-            give(IconLoaded{listing, entry.row, session.load_icon(path, entry.name, size_px)});
+            IconLoaded row = session.load_row(path, entry.name, size_px);
+            row.listing = listing;
+            row.row = entry.row;
+            give(std::move(row));
         };
     }
     if (is_listing_) {
@@ -225,6 +337,10 @@ void LibraryWorker::list_more(LibrarySession& session)
 
 void LibraryWorker::load_preview(LibrarySession& session, const WantedPreview& wanted)
 {
+    if (!wanted.picture.empty()) {
+        give(session.load_picture(wanted.path, wanted.name, wanted.picture, wanted.size_px));
+        return;
+    }
     auto read = std::make_unique<PreviewRead>(
         session.load_preview(wanted.path, wanted.name, wanted.size_px));
     if (read->object == nullptr) {
@@ -232,10 +348,15 @@ void LibraryWorker::load_preview(LibrarySession& session, const WantedPreview& w
         return;
     }
     // First what is there already.
+    const PreviewLoaded& known = read->preview;
     PreviewLoaded first;
-    first.path = read->preview.path;
-    first.name = read->preview.name;
-    first.class_name = read->preview.class_name;
+    first.path = known.path;
+    first.name = known.name;
+    first.class_name = known.class_name;
+    first.holding = known.holding;
+    first.description = known.description;
+    first.pictures = known.pictures;
+    first.movie = known.movie;
     if (read->preview.picture != nullptr)
         first.picture = std::make_unique<PixelMap>(*read->preview.picture);
     give(std::move(first));
@@ -281,7 +402,12 @@ void LibraryWorker::give(LibraryResult result)
     {
         const std::lock_guard lock(mutex_);
         was_empty = results_.empty();
-        results_.push_back(std::move(result));
+        // Of progress only the last counts.
+        if (!was_empty && std::holds_alternative<WorkProgress>(result) &&
+            std::holds_alternative<WorkProgress>(results_.back()))
+            results_.back() = std::move(result);
+        else
+            results_.push_back(std::move(result));
     }
     if (was_empty)
         results_wait_();

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "scene_editor/core/DeletedEntries.h"
 #include "scene_editor/core/LibraryResults.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -36,18 +38,35 @@ public:
     void list_directories(const DirectoryPath& path);
     /// Lists a directory, in batches, in place of a listing under way. Rows and icons come with the
     /// number `listing`.
-    void list(ListingId listing, const DirectoryPath& path);
+    void list(ListingId listing, const DirectoryPath& path, const EntryFilter& filter = {});
     /// The icons that are wanted now, the most wanted first, in place of those asked for before.
     void want_icons(ListingId listing, const DirectoryPath& path, int size_px,
                     std::vector<ListedEntry> entries);
     /// The preview that is wanted now, in place of one asked for before.
     void want_preview(const DirectoryPath& path, const std::string& name, int size_px);
+    /// One of the entry's named pictures, in place of a preview asked for before.
+    void want_picture(const DirectoryPath& path, const std::string& name,
+                      const std::string& picture, int size_px);
     /// The object of an entry, for the caller to own.
     void want_object(const DirectoryPath& path, const std::string& name);
     void rename(ListingId listing, const DirectoryPath& path, const ListedEntry& entry,
                 const std::string& to);
     void remove(ListingId listing, const DirectoryPath& path,
                 const std::vector<ListedEntry>& entries);
+
+    /// Takes the last deletion back.
+    void restore();
+    void describe(const DirectoryPath& path, const std::string& name, const std::string& text);
+    /// Copies entries to the directory `to` of a library, which is made when it is missing.
+    void copy(const DirectoryPath& path, const std::vector<ListedEntry>& entries,
+              const std::string& file, const DirectoryPath& to);
+    /// Adds files as objects.
+    void add(const DirectoryPath& path, const std::vector<std::string>& files);
+    void pack();
+    void save_filter(const SavedFilter& filter);
+    void remove_filter(const std::string& name);
+    /// Ends the work that takes long after its current step. What was done stays.
+    void stop_work() { stops_ = true; }
 
     /// The next result; nothing when there is none now.
     [[nodiscard]] std::optional<LibraryResult> take_result();
@@ -68,10 +87,15 @@ private:
     struct WantedPreview {
         DirectoryPath path;
         std::string name;
+        std::string picture;  ///< Empty for the entry itself.
         int size_px = 0;
     };
 
     void add_task(Task task);
+    /// A task whose steps are told as they are done; `work` gets what tells them.
+    void add_work(const std::string& text,
+                  std::function<void(LibrarySession&, const StepsDone&)> work);
+    void give_state(const LibrarySession& session);
     void run();
     void run_drawing();
     /// The next piece of work, in the order of urgency; null when there is none. Under the lock.
@@ -94,6 +118,7 @@ private:
     std::size_t batch_rows_ = kRowsOfFirstBatch;
     bool is_busy_ = false;
     bool ends_ = false;
+    std::atomic<bool> stops_{false};
     std::deque<LibraryResult> results_;
     std::condition_variable drawing_waits_;
     std::unique_ptr<PreviewRead> to_draw_;  ///< The newest preview; it replaces one still waiting.

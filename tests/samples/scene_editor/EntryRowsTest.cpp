@@ -210,3 +210,55 @@ TEST(EntryRows, Clear_LeavesNoRowAndNoFilter)
     EXPECT_EQ(rows.entries(), 0U);
     EXPECT_FALSE(rows.is_filtered());
 }
+
+TEST(EntryRows, Find_GivesTheEntryOfThatVeryName)
+{
+    EntryRows rows;
+    editor::RowBatch batch;
+    batch.add("ring", {}, RowKind::Directory);
+    batch.add("Ring", "A", RowKind::Entry);
+    batch.add("ring", "A", RowKind::Entry);
+    batch.add("vase", "A", RowKind::Entry);
+    rows.append(std::move(batch));
+
+    EXPECT_EQ(rows.find("Ring"), 1U);
+    EXPECT_EQ(rows.find("ring"), 2U);
+    EXPECT_EQ(rows.find("vase"), 3U);
+    EXPECT_EQ(rows.find("RING"), std::nullopt);
+    EXPECT_EQ(rows.find("zebra"), std::nullopt);
+    EXPECT_EQ(EntryRows().find("x"), std::nullopt);
+}
+
+TEST(EntryRows, Put_AddsANewEntryInItsPlaceAndChangesOneThatIsThere)
+{
+    EntryRows rows;
+    editor::RowBatch batch;
+    batch.add("directory", {}, RowKind::Directory);
+    batch.add("a", "A", RowKind::Entry);
+    batch.add("c", "A", RowKind::Entry);
+    rows.append(std::move(batch));
+
+    const EntryRows::Id added = rows.put("b", "B", editor::Holding::External);
+    EXPECT_THAT(rows.shown(), testing::ElementsAre(0, 1, added, 2));
+    EXPECT_EQ(rows.entries(), 3U);
+    EXPECT_EQ(rows.class_name(added), "B");
+    EXPECT_EQ(rows.holding(added), editor::Holding::External);
+
+    rows.set_details(added, editor::Holding::Lost, "a text");
+    EXPECT_EQ(rows.description(added), "a text");
+    EXPECT_EQ(rows.holding(added), editor::Holding::Lost);
+    EXPECT_EQ(rows.put("b", "C", editor::Holding::Inside), added);
+    EXPECT_EQ(rows.entries(), 3U);
+    EXPECT_EQ(rows.class_name(added), "C");
+    EXPECT_EQ(rows.description(added), "");
+}
+
+TEST(EntryRows, Put_OfAnEntryThatTheFilterRefuses_IsNotShown)
+{
+    EntryRows rows;
+    rows.set_filter("a");
+    const EntryRows::Id first = rows.put("xa", "B", editor::Holding::Inside);
+    rows.put("xb", "B", editor::Holding::Inside);
+
+    EXPECT_THAT(rows.shown(), testing::ElementsAre(first));
+}

@@ -88,10 +88,16 @@ TEST(LibraryWorker, RenameThenRemove_ReportTheRows)
     worker.rename(1, {}, {4, "root a"}, "root z");
     worker.remove(1, {}, {{4, "root z"}, {5, "root b"}});
 
-    const auto results = results_of(worker);
-    ASSERT_EQ(results.size(), 3U);
-    EXPECT_EQ(std::get<EntryRenamed>(results[1]).name, "root z");
-    EXPECT_THAT(std::get<EntriesRemoved>(results[2]).rows, ElementsAre(4, 5));
+    auto results = results_of(worker);
+    std::vector<LibraryResult> changes;
+    for (LibraryResult& result : results) {
+        if (std::holds_alternative<EntryRenamed>(result) ||
+            std::holds_alternative<EntriesRemoved>(result))
+            changes.push_back(std::move(result));
+    }
+    ASSERT_EQ(changes.size(), 2U);
+    EXPECT_EQ(std::get<EntryRenamed>(changes[0]).name, "root z");
+    EXPECT_THAT(std::get<EntriesRemoved>(changes[1]).rows, ElementsAre(4, 5));
 }
 
 TEST(LibraryWorker, RefusedChange_ReportsTheReason)
@@ -175,4 +181,69 @@ TEST(LibraryWorker, Teller_HearsOfOpeningAndOfRenaming)
     EXPECT_THAT(told,
                 ElementsAre("Opening sample.odb", "sample.odb is open", "root a is now painted",
                             "Opening none.odb", "none.odb could not be opened"));
+}
+
+TEST(LibraryWorker, LongWork_TellsItsLastProgressThenItsEnd)
+{
+    const SampleLibrary library;
+    LibraryWorker worker([] {});
+    worker.open(library.file());
+    static_cast<void>(results_of(worker));
+    worker.copy({}, {{0, "root a"}, {1, "root b"}}, library.beside("copy.odb"), {});
+
+    const auto results = results_of(worker);
+    ASSERT_EQ(results.size(), 3U);
+    const auto& progress = std::get<WorkProgress>(results[0]);
+    EXPECT_EQ(progress.text, "Copying");
+    EXPECT_EQ(progress.done, 1U);
+    EXPECT_EQ(progress.total, 2U);
+    EXPECT_EQ(std::get<WorkDone>(results[1]).text, "2 entries copied.");
+    EXPECT_EQ(std::get<WorkProgress>(results[2]).text, "");
+}
+
+TEST(LibraryWorker, Opened_TellsFiltersAndDeletionsThatCanBeTakenBack)
+{
+    const SampleLibrary library;
+    LibraryWorker worker([] {});
+    worker.open(library.file());
+    worker.remove(1, {}, {{4, "root a"}});
+    worker.save_filter({"red", {"PixelMap", false, {}}});
+    static_cast<void>(results_of(worker));
+    worker.open(library.file());
+
+    auto results = results_of(worker);
+    const auto kept = only<DeletionsKept>(std::move(results));
+    ASSERT_EQ(kept.size(), 1U);
+    EXPECT_EQ(kept[0].count, 1U);
+    worker.restore();
+    const auto restored = only<EntriesRestored>(results_of(worker));
+    ASSERT_EQ(restored.size(), 1U);
+    EXPECT_EQ(restored[0].name, "root a");
+}
+
+TEST(LibraryWorker, Description_ComesBackAsAChangedEntry)
+{
+    const SampleLibrary library;
+    LibraryWorker worker([] {});
+    worker.open(library.file());
+    worker.describe({"Plain"}, "three", "The third");
+
+    const auto changed = only<EntryChanged>(results_of(worker));
+    ASSERT_EQ(changed.size(), 1U);
+    EXPECT_THAT(changed[0].path, ElementsAre("Plain"));
+    EXPECT_EQ(changed[0].name, "three");
+    EXPECT_EQ(changed[0].class_name, "PixelMap");
+}
+
+TEST(LibraryWorker, CopyIntoTheSameLibrary_ComesBackAsAChangedEntry)
+{
+    const SampleLibrary library;
+    LibraryWorker worker([] {});
+    worker.open(library.file());
+    worker.copy({}, {{0, "root a"}}, library.file(), {"Plain"});
+
+    const auto changed = only<EntryChanged>(results_of(worker));
+    ASSERT_EQ(changed.size(), 1U);
+    EXPECT_THAT(changed[0].path, ElementsAre("Plain"));
+    EXPECT_EQ(changed[0].name, "root a");
 }
