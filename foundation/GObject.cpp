@@ -19,11 +19,12 @@ GObject& GObject::operator=(const GObject& other)
     return *this;
 }
 
-GObject::~GObject()
+/// Whoever knows this object forgets it: what tracks it, or those that wait to be freed.
+void GObject::leave_lists()
 {
     if ((object_flags_ & kWaiting) != 0)
         SuspendedDestruction::Forget(this);
-    else if (pointers_ != nullptr)
+    else
         release_pointers();
 }
 
@@ -65,23 +66,11 @@ void GObject::condemn()
         finish_end(true);
 }
 
-bool GObject::begin_end()
-{
-    if ((object_flags_ & kEnding) != 0)
-        return false;
-    object_flags_ |= kEnding;
-    return true;
-}
-
-void GObject::cancel_end()
-{
-    object_flags_ = static_cast<unsigned char>(object_flags_ & ~kEnding);
-}
-
 void GObject::finish_end(bool may_wait)
 {
-    release_pointers();
-    if (!may_wait || !SuspendedDestruction::Add(this))
+    if (pointers_ != nullptr)
+        release_pointers();
+    if (!may_wait || !SuspendedDestruction::IsEnabled() || !SuspendedDestruction::Add(this))
         delete this;
 }
 

@@ -10,7 +10,11 @@ class GPointer;
 class ZMR_GV_API GObject : public GRTTIObject {
 public:
     /// Zeroes the tracking pointers to this object.
-    ~GObject() override;
+    ~GObject() override
+    {
+        if ((object_flags_ & kWaiting) != 0 || pointers_ != nullptr)
+            leave_lists();
+    }
 
     const GMetaClass* getMetaClass() const override;
     const type_info& getTypeInfo_() const override;
@@ -34,9 +38,15 @@ protected:
     GObject& operator=(const GObject& other);
 
     /// Marks the object as ending; false when it is already. From here on no pointer tracks it.
-    [[nodiscard]] bool begin_end();
+    [[nodiscard]] bool begin_end()
+    {
+        if ((object_flags_ & kEnding) != 0)
+            return false;
+        object_flags_ |= kEnding;
+        return true;
+    }
     /// Takes that mark back.
-    void cancel_end();
+    void cancel_end() { object_flags_ = static_cast<unsigned char>(object_flags_ & ~kEnding); }
     /// Zeroes what tracks the object and frees it: at once, or when `may_wait` and deferring is
     /// enabled, with SuspendedDestruction::DestroyAll.
     void finish_end(bool may_wait);
@@ -48,6 +58,7 @@ private:
     static constexpr unsigned char kEnding = 2;      ///< In destroy, or waiting to be freed.
     static constexpr unsigned char kWaiting = 4;     ///< `waiting_index_` is in use.
 
+    void leave_lists();
     void release_pointers();
 
     union {

@@ -3,7 +3,6 @@
 #include "foundation/GObject.h"
 #include "foundation/Immortal.h"
 
-#include <atomic>
 #include <exception>
 #include <mutex>
 #include <vector>
@@ -17,7 +16,6 @@ struct Waiting {
     std::vector<GObject*> objects;
     std::size_t first = 0;
     std::atomic<bool> any = false;
-    std::atomic<bool> enabled = false;
 };
 
 /// Made at the first use: a mutex is not constant-initialised everywhere.
@@ -29,28 +27,23 @@ struct Waiting {
 
 }  // namespace
 
+constinit std::atomic<bool> SuspendedDestruction::enabled_ = false;
+
 void SuspendedDestruction::Enable(unsigned char enable)
 {
     {
         const std::lock_guard lock(waiting().mutex);
-        waiting().enabled = enable != 0;
+        enabled_ = enable != 0;
     }
     if (enable == 0)
         DestroyAll();
 }
 
-bool SuspendedDestruction::IsEnabled()
-{
-    return waiting().enabled;
-}
-
 bool SuspendedDestruction::Add(GObject* object)
 {
     Waiting& all = waiting();
-    if (!all.enabled)
-        return false;
     const std::lock_guard lock(all.mutex);
-    if (!all.enabled)
+    if (!enabled_)
         return false;
     try {
         all.objects.push_back(object);

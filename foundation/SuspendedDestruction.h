@@ -2,6 +2,8 @@
 
 #include "platform/Export.h"
 
+#include <atomic>
+
 class GObject;
 
 /// Deferred freeing of destroyed objects, so that code that is still on the stack of an object can
@@ -11,7 +13,7 @@ class ZMR_GV_API SuspendedDestruction {
 public:
     /// Switches deferring on or off. Off frees what waits.
     static void Enable(unsigned char enable);
-    [[nodiscard]] static bool IsEnabled();
+    [[nodiscard]] static bool IsEnabled() { return enabled_; }
     /// Frees everything that waits, also what that adds. One test when nothing waits.
     static void DestroyAll();
 
@@ -21,4 +23,6 @@ private:
     [[nodiscard]] static bool Add(GObject* object);
     /// Takes a waiting object out, which is being deleted directly.
     static void Forget(GObject* object);
+
+    static std::atomic<bool> enabled_;
 };

@@ -37,11 +37,6 @@ int ChildList::block_entries(int count)
     return static_cast<int>(std::bit_ceil(static_cast<unsigned>(count)));
 }
 
-ChildList::~ChildList()
-{
-    clear();
-}
-
 void ChildList::clear()
 {
     if (slots_ == nullptr)
@@ -87,10 +82,8 @@ void ChildList::insert_within(int index, GResponder* child)
     else if (!near_front && behind == 0)
         move_list(-((front + 1) / 2));
     if (near_front) {
-        const Room before = room();
-        --slots_;
+        move_front(-1);
         move_entries(0, 1, index);
-        set_room(before.front - 1, before.front + before.behind_front);
     } else {
         move_entries(index + 1, index, count_ - index);
     }
@@ -102,8 +95,7 @@ void ChildList::insert_within(int index, GResponder* child)
 void ChildList::move_list(int by)
 {
     const Room before = room();
-    if (count_ > 0)
-        std::memmove(slots_ + by, slots_, bytes_of(count_));
+    std::memmove(slots_ + by, slots_, bytes_of(count_));
     slots_ += by;
     set_room(before.front + by, before.front + before.behind_front);
 }
@@ -132,21 +124,26 @@ void ChildList::move_into_block_of(int capacity, int front)
     set_room(front, capacity);
 }
 
+bool ChildList::remove_behind_first(const GResponder* child)
+{
+    const int index = index_behind_first(child);
+    if (index == count_)
+        return false;
+    remove_within(index);
+    return true;
+}
+
 void ChildList::remove_within(int index)
 {
     assert(index >= 0 && index < count_);
     --count_;
     if (index < count_ - index) {
-        const Room before = room();
         move_entries(1, 0, index);
-        ++slots_;
-        set_room(before.front + 1, before.front + before.behind_front);
+        move_front(1);
     } else if (index < count_) {
         move_entries(index, index + 1, count_ - index);
     }
-    if (count_ == 0)
-        move_list(-room().front);
-    else if (count_ % kStep == 0 && capacity() > kSmall && capacity() >= 4 * block_entries(count_))
+    if (count_ % kStep == 0 && capacity() > kKept && capacity() >= 4 * block_entries(count_))
         give_back();
 }
 

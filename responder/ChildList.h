@@ -16,7 +16,11 @@ public:
     static constexpr int kMaxCount = 32767;
 
     ChildList() = default;
-    ~ChildList();
+    ~ChildList()
+    {
+        if (slots_ != nullptr)
+            clear();
+    }
     ChildList(const ChildList&) = delete;
     ChildList& operator=(const ChildList&) = delete;
 
@@ -39,28 +43,40 @@ public:
         return count_ > 0 && slots_[0].child == child ? 0 : index_behind_first(child);
     }
 
+    /// Appends when there is room, below kMaxCount children; else false, with nothing changed.
+    [[nodiscard]] bool append_in_room(GResponder* child)
+    {
+        if (slots_ == nullptr || count_ >= room().behind_front)
+            return false;
+        slots_[count_++].child = child;
+        return true;
+    }
     /// Inserts in front of `index`, which lies in 0 to count(), below kMaxCount children. Throws
     /// OutOfMemory_Exception with nothing changed.
     void insert_at(int index, GResponder* child)
     {
-        if (index == count_ && slots_ != nullptr && count_ < room().behind_front)
-            slots_[count_++].child = child;
-        else
+        if (index != count_ || !append_in_room(child))
             insert_within(index, child);
     }
     /// `index` lies in 0 to count() - 1. Gives half of the memory back when a quarter or less of it
     /// is used, but not of a small array.
     void remove_at(int index)
     {
-        if (index != 0 || count_ == 1 || count_ > kSmall) {
+        if (index != 0 || count_ > kSmall) {
             remove_within(index);
             return;
         }
-        const Room before = room();
-        ++slots_;
-        room() = {static_cast<std::uint16_t>(before.front + 1),
-                  static_cast<std::uint16_t>(before.behind_front - 1)};
+        // When the only one goes, all room comes to lie behind the front again.
+        move_front(count_ == 1 ? -room().front : 1);
         --count_;
+    }
+    /// Takes out the first entry of `child`, as remove_at does; false when it is missing.
+    [[nodiscard]] bool remove(const GResponder* child)
+    {
+        if (count_ == 0 || slots_[0].child != child)
+            return remove_behind_first(child);
+        remove_at(0);
+        return true;
     }
     void put_at(int index, GResponder* child) { slots_[index].child = child; }
     void swap(int index1, int index2);
@@ -79,7 +95,8 @@ public:
 
 private:
     static constexpr int kLookedAtBytes = 40;  ///< From the front of a responder on.
-    static constexpr int kSmall = 16;  ///< Up to here blocks grow by 4 and are not given back.
+    static constexpr int kSmall = 16;          ///< Up to here blocks grow by 4.
+    static constexpr int kKept = 64;           ///< And up to here they are not given back.
 
     /// What a block has room for, in children: in front of the list, and from its first child on.
     struct Room {
@@ -98,7 +115,16 @@ private:
     [[nodiscard]] int capacity() { return room().front + room().behind_front; }
     [[nodiscard]] int index_behind_first(const GResponder* child) const;
     void set_room(int front, int capacity);
+    /// Lets the list begin `by` slots further on in its block.
+    void move_front(int by)
+    {
+        const Room before = room();
+        slots_ += by;
+        room() = {static_cast<std::uint16_t>(before.front + by),
+                  static_cast<std::uint16_t>(before.behind_front - by)};
+    }
     void insert_within(int index, GResponder* child);
+    [[nodiscard]] bool remove_behind_first(const GResponder* child);
     void remove_within(int index);
     void move_list(int by);
     void grow(int index);

@@ -431,6 +431,8 @@ private:
     void drop_currents(GResponder* child);
     void drop_circular_current(const GResponder* child);
     void place(int index, GResponder* child);
+    void settle(GResponder* child);
+    [[nodiscard]] bool place_before(GResponder* target, GResponder* child);
     bool delete_from_list(GResponder* child);
     void remove_doubles(const GResponder* child);
     void hold_current(GResponder* child);
@@ -470,6 +472,8 @@ private:
     bool has_doubles_ : 1 = false;  ///< A child may stand in the list twice, by rearrange.
     bool parent_color_ : 1 = false;
     bool parent_select_color_ : 1 = false;
+    /// The rest of the byte: a constructor writes it whole and reads nothing of new memory.
+    [[maybe_unused]] unsigned char no_flags_ : 4 = 0;
     unsigned char borrowed_ = 0;
     std::uint32_t state_ = state_shown;
     std::uint32_t options_ = 0;

@@ -12,8 +12,6 @@
 
 namespace {
 
-/// So many records in front of the present one, the next receivers are fetched into the cache.
-constexpr long kAhead = 4;
 /// An event that is made again and again stands in one line of the cache, wherever the stack is: no
 /// store meets two.
 constexpr std::size_t kCacheLine = 64;
@@ -104,10 +102,7 @@ void GResponder::object_modified()
     const zmr::RunningDispatch running(this, nullptr);
     const Extras& extras = *extras_;  // they stay as long as the responder
     for (long index = 0; extras.receivers != nullptr && index < extras.receivers->count; ++index) {
-        void* const* at = extras.receivers->items + index;
-        if (index + kAhead < extras.receivers->count)
-            __builtin_prefetch(static_cast<const NotificationLink*>(at[kAhead])->target);
-        const auto& link = *static_cast<const NotificationLink*>(*at);
+        const NotificationLink& link = *link_at(*extras.receivers, index);
         auto* const receiver = static_cast<GResponder*>(link.target);
         if (receiver == nullptr)
             continue;

@@ -176,25 +176,40 @@ bool GResponder::stands_below(const GResponder* ancestor) const
     return index;
 }
 
-inline void GResponder::place(int index, GResponder* child)
+/// For a child that has come into the list.
+inline void GResponder::settle(GResponder* child)
 {
-    if (borrows(kChildren))
-        own_children();
-    children_.insert_at(index, child);
     if (child->extras_ != nullptr || child->children_.count() > 0)
         drop_currents(child);
     child->owner_ = this;
     child->stop_borrowing(kOwner);
 }
 
+inline void GResponder::place(int index, GResponder* child)
+{
+    if (borrows(kChildren))
+        own_children();
+    children_.insert_at(index, child);
+    settle(child);
+}
+
+/// False when `target` is no child.
+[[gnu::noinline]] bool GResponder::place_before(GResponder* target, GResponder* child)
+{
+    const int index = target == nullptr ? children_.count() : index_for(child, target);
+    if (index >= 0)
+        place(index, child);
+    return index >= 0;
+}
+
 int GResponder::insert_to_list(GResponder* child, GResponder* target, unsigned char announce)
 {
     if (!takes_in(child))
         return 0;
-    const int index = target == nullptr ? children_.count() : index_for(child, target);
-    if (index < 0)
+    if (target == nullptr && !borrows(kChildren) && children_.append_in_room(child))
+        settle(child);
+    else if (!place_before(target, child))
         return 0;
-    place(index, child);
     if (announce != 0) {
         child->set_state(state_inserted, 1);
         if ((state_ & state_exposed) != 0)
@@ -256,12 +271,10 @@ bool GResponder::delete_from_list(GResponder* child)
 {
     if (child == nullptr || child->owner_ != this)
         return false;
-    const int index = children_.index_of(child);
-    if (index == children_.count())
-        return false;
     if (borrows(kChildren))
         own_children();
-    children_.remove_at(index);
+    if (!children_.remove(child))
+        return false;
     if (has_doubles_)
         remove_doubles(child);
     child->owner_ = nullptr;
