@@ -14,7 +14,9 @@ set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 find_program(ZMR_CCACHE ccache)
 if(ZMR_CCACHE)
     set(CMAKE_C_COMPILER_LAUNCHER ${ZMR_CCACHE})
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${ZMR_CCACHE})
+    # Without these the cache leaves out what is compiled with a precompiled header.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        env CCACHE_SLOPPINESS=pch_defines,time_macros ${ZMR_CCACHE})
 endif()
 
 find_package(Threads REQUIRED)
