@@ -29,8 +29,8 @@ WorkRow split_work_row(const PaneRect& list, bool is_shown, int height_px, int d
     const int button = std::min(scaled(kWorkButtonAt96, dpi), width / 3);
     parts.text = {list.left, top, list.left + text, list.bottom};
     parts.button = {list.left + width - button, top, list.left + width, list.bottom};
-    parts.bar = {std::min(parts.text.right + margin, parts.button.left), top,
-                 std::max(parts.text.right, parts.button.left - margin), list.bottom};
+    parts.bar = {std::min(parts.text.right + margin, parts.button.left), top, 0, list.bottom};
+    parts.bar.right = std::max(parts.bar.left, parts.button.left - margin);
     return parts;
 }
 
