@@ -22,6 +22,8 @@ int cause_of(zmr::FileErrorKind kind)
             return CFileException::tooManyOpenFiles;
         case zmr::FileErrorKind::BadName:
             return CFileException::badPath;
+        case zmr::FileErrorKind::OutOfMemory:
+        case zmr::FileErrorKind::Damaged:
         case zmr::FileErrorKind::Other:
             break;
     }

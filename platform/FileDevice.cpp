@@ -23,6 +23,10 @@ std::string FileError::text() const
             return "too many files are open";
         case FileErrorKind::BadName:
             return "the name can't be a file's name";
+        case FileErrorKind::OutOfMemory:
+            return "memory ran out";
+        case FileErrorKind::Damaged:
+            return "the file is damaged";
         case FileErrorKind::Other:
             break;
     }

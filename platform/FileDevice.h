@@ -20,6 +20,8 @@ enum class FileErrorKind : std::uint8_t {
     DiskFull,     ///< No space, or beyond a quota or a size limit.
     TooManyOpen,  ///< The process or the system is out of file handles.
     BadName,      ///< The name can't be a file's name on this system.
+    OutOfMemory,  ///< Memory ran out, the system's or the program's.
+    Damaged,      ///< What must be read to go on is not what was written.
     Other         ///< A device error; see the text.
 };
 

@@ -45,6 +45,8 @@ FileErrorKind kind_of(int code)
         case EILSEQ:
         case ELOOP:
             return FileErrorKind::BadName;
+        case ENOMEM:
+            return FileErrorKind::OutOfMemory;
         default:
             return FileErrorKind::Other;
     }

@@ -47,6 +47,10 @@ FileErrorKind kind_of(DWORD code)
         case ERROR_BAD_PATHNAME:
         case ERROR_FILENAME_EXCED_RANGE:
             return FileErrorKind::BadName;
+        case ERROR_NOT_ENOUGH_MEMORY:
+        case ERROR_OUTOFMEMORY:
+        case ERROR_NO_SYSTEM_RESOURCES:
+            return FileErrorKind::OutOfMemory;
         default:
             return FileErrorKind::Other;
     }

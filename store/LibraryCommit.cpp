@@ -1,7 +1,6 @@
 #include "store/LibraryState.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <new>
 #include <utility>
 
@@ -77,7 +76,7 @@ bool LibraryState::commit_now(bool root)
 
 void LibraryState::fail() noexcept
 {
-    storage.set_error({FileErrorKind::Other, ENOMEM});
+    storage.set_error({FileErrorKind::OutOfMemory, 0});
     try {
         go_back();
     } catch (const std::bad_alloc&) {
@@ -101,7 +100,7 @@ bool LibraryState::write_commit(bool root)
     if (folds && !fold()) {
         // A block that can't be read now must not stop what needs no fold.
         if (index_ahead_)
-            storage.set_error({FileErrorKind::Other, 0});
+            storage.set_error({FileErrorKind::Damaged, 0});
         folds = false;
     }
     const bool synced_first =

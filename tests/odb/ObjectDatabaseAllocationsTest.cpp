@@ -7,6 +7,7 @@
 #include "PausedFileSystem.h"
 #include "SeenLibrary.h"
 #include "foundation/GException.h"
+#include "store/ResourceFileServer.h"
 #include "store/StoreFiles.h"
 
 #include <gtest/gtest.h>
@@ -144,6 +145,28 @@ TEST_P(ObjectDatabaseAllocations, RefusedAnywhere_NothingLeaksAndEachEntryIsAsBe
                 << (kind == AllocationFaults::Kind::Once ? "once" : "lasting");
         }
     RecordProperty("refused", std::to_string(done));
+}
+
+TEST(ObjectDatabaseMemory, RanOutInAChange_TheErrorSaysSo)
+{
+    zmr::FaultyFileSystem files;
+    PausedFileSystem paused(files);
+    const zmr::StoreFilesInPlace in_place(paused);
+    OperationWorld::Prepare();
+    OperationWorld world;
+    world.open();
+    const TestNote note("a new one");
+    const GString name("new");
+
+    // The first ones are refused before anything was changed.
+    for (std::uint64_t number = 1; number < 100 && world.main->server->error() == 0; ++number) {
+        AllocationFaults::Arm(number, AllocationFaults::Kind::Once);
+        EXPECT_THROW(world.main->append_object(&note, name, nullptr), std::bad_alloc);
+        AllocationFaults::Disarm();
+    }
+
+    EXPECT_EQ(world.main->server->error(), static_cast<int>(zmr::FileErrorKind::OutOfMemory));
+    EXPECT_STREQ(world.main->server->error_text().text, "memory ran out");
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, ObjectDatabaseAllocations,

@@ -339,5 +339,7 @@ TEST_F(FileDeviceTest, AdviseRandom_ChangesNothingThatIsRead)
 TEST(FileError, Text_SaysTheReasonAndForOthersTheSystemsCode)
 {
     EXPECT_EQ((FileError{FileErrorKind::DiskFull, 1}).text(), "no space is left on the disk");
+    EXPECT_EQ((FileError{FileErrorKind::OutOfMemory, 0}).text(), "memory ran out");
+    EXPECT_EQ((FileError{FileErrorKind::Damaged, 0}).text(), "the file is damaged");
     EXPECT_NE((FileError{FileErrorKind::Other, 5}).text().find("error 5"), std::string::npos);
 }
