@@ -11,12 +11,16 @@
 #include "store/GResourceIterators.h"
 #include "store/ResourceFileServer.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
 G_DEFINE_CLASS(ObjectDatabase, ResourceFile);
 
 namespace {
+
+/// Objects that copy_to copies before it lets a commit come.
+constexpr long kCopiedAtOnce = 4096;
 
 // Each loaded mediator's name holds the type: sharing one text saves a block for each.
 constinit const zmr::StaticText kMediatorType(".ODB mediators");
@@ -221,7 +225,7 @@ void ObjectDatabase::remove_object(const GResourceFullName& name)
 {
     if (!is_writable())
         return;
-    ODB_Mediator* const mediator = get_mediator(name);
+    ODB_Mediator* const mediator = mediator_to_write(name);
     if (mediator == nullptr)
         return;
     GResourceFullName resource = name;
@@ -252,13 +256,16 @@ void ObjectDatabase::rename_object(const GResourceFullName& from, const GResourc
 {
     if (!is_writable())
         return;
-    ODB_Mediator* const mediator = get_mediator(from);
-    if (mediator == nullptr || from == to)
+    ODB_Mediator* const mediator = mediator_to_write(from);
+    if (mediator == nullptr || from == to || !can_hold(to))
         return;
     GResourceFullName source = from;
     GResourceFullName target = to;
     change_whole([&] {
+        ODB_Mediator* const replaced = mediator_to_write(target);
         mediator->set_DB_resname(target);
+        if (replaced != nullptr && !(*replaced == *mediator))
+            replaced->remove_all();
         for (GResourceTypeIterator type(*this, source.path()); type.index >= 0; --type) {
             source.type = type.element();
             target.type = type.element();
@@ -333,6 +340,14 @@ ODB_Mediator* ObjectDatabase::get_mediator(const GResourceFullName& name)
     return mediator;
 }
 
+ODB_Mediator* ObjectDatabase::mediator_to_write(const GResourceFullName& name)
+{
+    ODB_Mediator* const mediator = get_mediator(name);
+    if (mediator != nullptr && mediator->get_DB() != nullptr && !mediator->get_DB()->is_writable())
+        attach_mediator_to_DB(mediator, GResourceFullName(name));
+    return mediator;
+}
+
 void ObjectDatabase::get_contents(ODB_MediatorsArray& result, bool recursive)
 {
     get_contents(current_path, result, recursive);
@@ -368,11 +383,10 @@ void ObjectDatabase::get_cached_mediators(const GResourcePath& path, ODB_Mediato
                                           bool recursive)
 {
     std::vector<ODB_Mediator*> mediators;
-    for_each_loaded(path, MediatorResourceType, recursive,
-                    [&mediators](const GResourceFullName&, GStreamable* instance) {
-                        if (auto* const mediator = zmr::class_cast<ODB_Mediator>(instance))
-                            mediators.push_back(mediator);
-                    });
+    for (GStreamable* const instance : loaded_instances(path, MediatorResourceType, recursive)) {
+        if (auto* const mediator = zmr::class_cast<ODB_Mediator>(instance))
+            mediators.push_back(mediator);
+    }
     result.insert_all(std::move(mediators));
 }
 
@@ -394,9 +408,12 @@ void ObjectDatabase::copy_to(ObjectDatabase& target)
         return;
     ODB_MediatorsArray contents;
     get_contents(GResourcePath(), contents, true);
-    for (long i = 0; i < contents.count; ++i) {
-        const GResourceFullName name = contents.at(i).get_DB_resname();
-        copy_object_to(name, target, name);
+    for (long i = 0; i < contents.count;) {
+        const CommitScope scope(target);  // one commit, and its wait for the disk, for many
+        for (const long end = std::min(contents.count, i + kCopiedAtOnce); i < end; ++i) {
+            const GResourceFullName name = contents.at(i).get_DB_resname();
+            copy_object_to(name, target, name);
+        }
     }
 }
 
@@ -475,15 +492,21 @@ void ObjectDatabase::notify_about_mediator_modification(ODB_Mediator* mediator)
 
 void ObjectDatabase::directory_renamed(const GResourcePath& old_path, const GResourcePath& new_path)
 {
-    ODB_MediatorsArray moved;
-    get_cached_mediators(new_path, moved, true);
-    for (long i = moved.count - 1; i >= 0; --i) {
-        ODB_Mediator& mediator = moved.at(i);
-        if (mediator.get_DB() != this)
+    // Mediators of one directory share its levels, and go on to share those of the new one.
+    GResourcePath former;
+    GResourcePath present;
+    bool is_moved = false;
+    for (ODB_Mediator* const mediator : attached_mediators(new_path)) {
+        GResourceFullName name = mediator->get_DB_resname();
+        if (!name.shares_levels(former) || !is_moved) {
+            former = name.path();
+            present = former;
+            is_moved = present.rename_path_from_root(old_path, new_path);
+        }
+        if (!is_moved)
             continue;
-        GResourceFullName name = mediator.get_DB_resname();
-        if (name.rename_path_from_root(old_path, new_path))
-            mediator.set_DB_resname(name);
+        static_cast<GResourcePath&>(name) = present;
+        mediator->set_DB_resname(name);
     }
 }
 

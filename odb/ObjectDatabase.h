@@ -93,7 +93,9 @@ public:
     void remove_object(const GResourcePath& path, const GString& name);
     void remove_object(const GResourceFullName& name);
 
-    /// Moves an object with all its resources. References to it are not told.
+    /// Moves an object with all its resources. Where another object has the new name it is
+    /// replaced, and one that lay outside of this place, in a file of its own, is removed there.
+    /// References are not told.
     void rename_object(const GString& from, const GString& to);
     void rename_object(const GResourcePath& from_path, const GString& from_name,
                        const GResourcePath& to_path, const GString& to_name);
@@ -151,6 +153,9 @@ private:
     [[nodiscard]] GResourceFullName mediator_name(const GString& name) const;
     void prepare_conversions(const GResourceFullName& name);
     [[nodiscard]] GStreamable* convert(GStreamable* object, const GResourceFullName& name);
+    /// The mediator of an object that this client, which can write, is about to change. One that a
+    /// reading client fetched first is attached to this one, so that it can give up what it keeps.
+    [[nodiscard]] ODB_Mediator* mediator_to_write(const GResourceFullName& name);
     void collect_mediators(const GResourcePath& path, bool recursive,
                            std::vector<ODB_Mediator*>& mediators);
     /// Runs the steps of one change in one commit. When memory runs out among them, none of them is
@@ -172,7 +177,8 @@ private:
     /// file can't be read.
     static std::shared_ptr<ObjectDatabase> OpenForReferences(const GFile& file,
                                                              const ObjectDatabase& holder);
-    std::vector<ODB_Mediator*> attached_mediators();
+    /// Those in memory in and below `path` that are attached to this client, in no order.
+    [[nodiscard]] std::vector<ODB_Mediator*> attached_mediators(const GResourcePath& path) const;
     void hand_mediators_over();
     void detach_mediators();
     [[nodiscard]] std::shared_ptr<ObjectDatabase> find_heir() const;

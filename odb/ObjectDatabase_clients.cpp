@@ -85,7 +85,7 @@ void ObjectDatabase::hand_mediators_over()
         end_circle();
     }
     // Loaded mediators outlive this client, because the server holds them.
-    const std::vector<ODB_Mediator*> attached = attached_mediators();
+    const std::vector<ODB_Mediator*> attached = attached_mediators(GResourcePath());
     for (std::size_t i = attached.size(); i > 0; --i)
         attached[i - 1]->set_DB(nullptr);
     if (const std::shared_ptr<ObjectDatabase> heir = find_heir()) {
@@ -110,17 +110,16 @@ void ObjectDatabase::detach_mediators()
         this);
 }
 
-std::vector<ODB_Mediator*> ObjectDatabase::attached_mediators()
+std::vector<ODB_Mediator*> ObjectDatabase::attached_mediators(const GResourcePath& path) const
 {
     std::vector<ODB_Mediator*> attached;
     if (!was_attached_to_)  // a placement's client closes in a library that has all loaded
         return attached;
-    for_each_loaded(GResourcePath(), MediatorResourceType, true,
-                    [&](const GResourceFullName&, GStreamable* instance) {
-                        auto* const mediator = zmr::class_cast<ODB_Mediator>(instance);
-                        if (mediator != nullptr && mediator->get_DB() == this)
-                            attached.push_back(mediator);
-                    });
+    for (GStreamable* const instance : loaded_instances(path, MediatorResourceType, true)) {
+        auto* const mediator = zmr::class_cast<ODB_Mediator>(instance);
+        if (mediator != nullptr && mediator->get_DB() == this)
+            attached.push_back(mediator);
+    }
     return attached;
 }
 

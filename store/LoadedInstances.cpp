@@ -60,11 +60,10 @@ void LoadedInstances::rename_directory(const LibraryPath& from, const LibraryPat
     }
 }
 
-std::vector<LoadedInstances::Entry> LoadedInstances::list(const LibraryPath& path,
-                                                          std::string_view type,
-                                                          bool recursive) const
+std::vector<GStreamable*> LoadedInstances::list(const LibraryPath& path, std::string_view type,
+                                                bool recursive) const
 {
-    std::vector<Entry> entries;
+    std::vector<GStreamable*> instances;
     for (auto place = directories_.lower_bound(path.key());
          place != directories_.end() && place->first.starts_with(path.key()); ++place) {
         if (!recursive && place->first != path.key())
@@ -72,13 +71,10 @@ std::vector<LoadedInstances::Entry> LoadedInstances::list(const LibraryPath& pat
         const auto names = place->second.find(type);
         if (names == place->second.end())
             continue;
-        LibraryPath directory;
-        if (!directory.assign_key(place->first))
-            continue;
         for (const auto& [name, instance] : names->second)
-            entries.push_back({directory, name, instance});
+            instances.push_back(instance);
     }
-    return entries;
+    return instances;
 }
 
 void LoadedInstances::take_all(void (*taker)(GStreamable* instance))

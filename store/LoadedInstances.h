@@ -17,12 +17,6 @@ namespace zmr {
 /// Instances are held under the server's lock.
 class LoadedInstances {
 public:
-    struct Entry {
-        LibraryPath path;
-        std::string name;
-        GStreamable* instance;
-    };
-
     [[nodiscard]] GStreamable* find(const LibraryPath& path, std::string_view name,
                                     std::string_view type) const;
     /// Puts the instance there and returns the one that was there before, or null.
@@ -32,9 +26,10 @@ public:
     GStreamable* take(const LibraryPath& path, std::string_view name, std::string_view type);
     /// Moves all that lies in or below `from`, where nothing lies at `to`.
     void rename_directory(const LibraryPath& from, const LibraryPath& to);
-    /// The instances of one type in `path`, and with `recursive` below it.
-    [[nodiscard]] std::vector<Entry> list(const LibraryPath& path, std::string_view type,
-                                          bool recursive) const;
+    /// The instances of one type in `path`, and with `recursive` below it, directory by directory,
+    /// each in no order.
+    [[nodiscard]] std::vector<GStreamable*> list(const LibraryPath& path, std::string_view type,
+                                                 bool recursive) const;
     /// Takes all out and hands each to `taker`, which may put others. Allocates nothing.
     void take_all(void (*taker)(GStreamable* instance));
     /// Calls `visit` with every instance; it must not put or take any. Allocates nothing.

@@ -409,26 +409,16 @@ void ResourceFile::unload(const GResourceFullName& name)
         server->destroy_instance(path, name);
 }
 
-void ResourceFile::for_each_loaded(
-    const GResourcePath& path, const GString& type, bool recursive,
-    const std::function<void(const GResourceFullName&, GStreamable*)>& visit) const
+std::vector<GStreamable*> ResourceFile::loaded_instances(const GResourcePath& path,
+                                                         const GString& type, bool recursive) const
 {
     if (server == nullptr)
-        return;
+        return {};
     const GSingleLock locked(server->lock);
     const zmr::LibraryPath* const found = server->library_path(path);
     if (found == nullptr)
-        return;
-    zmr::LibraryPath last;
-    GResourceFullName name(GResourcePath::FromLibrary(last), GString(), type);
-    for (const auto& entry : server->loaded_.list(*found, type.view(), recursive)) {
-        if (!(entry.path == last)) {
-            last = entry.path;
-            static_cast<GResourcePath&>(name) = GResourcePath::FromLibrary(last);
-        }
-        name.name = GString(entry.name);
-        visit(name, entry.instance);
-    }
+        return {};
+    return server->loaded_.list(*found, type.view(), recursive);
 }
 
 void ResourceFile::give_up_changes() noexcept

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 class GObjectPlace;
 class ResourceFileServer;
@@ -130,11 +131,11 @@ public:
     /// Destroys the instance that the server holds of that resource, to which nobody may keep a
     /// pointer. The resource stays.
     void unload(const GResourceFullName& name);
-    /// Calls `visit` with each instance that is in memory in `path`, of type `type`, and with
-    /// `recursive` below it. Costs what is in memory; reads nothing. `visit` may load and remove.
-    void for_each_loaded(
-        const GResourcePath& path, const GString& type, bool recursive,
-        const std::function<void(const GResourceFullName&, GStreamable*)>& visit) const;
+    /// The instances of type `type` that are in memory in `path`, and with `recursive` below it.
+    /// Costs their number and that of the directories below; reads nothing.
+    [[nodiscard]] std::vector<GStreamable*> loaded_instances(const GResourcePath& path,
+                                                             const GString& type,
+                                                             bool recursive) const;
 
     /// One damaged resource, or a damaged piece of the index that hides an unknown number.
     struct Damage {

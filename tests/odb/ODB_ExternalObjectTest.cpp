@@ -287,6 +287,74 @@ TEST(ODB_ExternalObject, Rename_KeepsTheFile)
               native(test.folder.file("lamp.lob")));
 }
 
+TEST(ODB_ExternalObject, RenameOntoIt_RemovesItsFile)
+{
+    OdbTest test;
+    add_external(test.database, "lamp", "x", "lamp.lob");
+    add_external(test.database, "vase", "y", "vase.lob");
+    test.add("inside", "z");
+    const fs::path lamp = test.folder.path() / "lamp.lob";
+    const fs::path vase = test.folder.path() / "vase.lob";
+
+    test.database.rename_object(GString("lamp"), GString("vase"));
+    EXPECT_EQ(test.note_of("vase"), "x");
+    EXPECT_TRUE(fs::exists(lamp));
+    EXPECT_FALSE(fs::exists(vase));
+
+    test.database.rename_object(GString("inside"), GString("vase"));
+    EXPECT_EQ(test.note_of("vase"), "z");
+    EXPECT_FALSE(fs::exists(lamp));
+}
+
+TEST(ODB_ExternalObject, RenameOntoItInAScope_FileGoesAtTheEnd)
+{
+    OdbTest test;
+    add_external(test.database, "lamp", "x", "lamp.lob");
+    test.add("inside", "z");
+    const fs::path lamp = test.folder.path() / "lamp.lob";
+
+    {
+        const ResourceFile::CommitScope scope(test.database);
+        test.database.rename_object(GString("inside"), GString("lamp"));
+        EXPECT_TRUE(fs::exists(lamp));
+    }
+
+    EXPECT_FALSE(fs::exists(lamp));
+}
+
+TEST(ODB_ExternalObject, RenameOntoOneWithTheSameFile_KeepsTheFile)
+{
+    OdbTest test;
+    add_external(test.database, "lamp", "x", "lamp.lob");
+    add_external(test.database, "again", "y", "lamp.lob");
+
+    test.database.rename_object(GString("lamp"), GString("again"));
+
+    EXPECT_EQ(test.note_of("again"), "y");
+    EXPECT_FALSE(test.database.object_exists(GString("lamp")));
+}
+
+TEST(ODB_ExternalObject, FetchedByAReaderFirst_WriterRemovesTheFileWithTheEntry)
+{
+    OdbTest test;
+    add_external(test.database, "lamp", "x", "lamp.lob");
+    add_external(test.database, "vase", "y", "vase.lob");
+    test.add("inside", "z");
+    test.database.close();
+    ObjectDatabase reader(test.file().c_str(), GIO::OpenRead);
+    ODB_MediatorsArray contents;
+    reader.get_contents(contents, true);
+    ASSERT_EQ(contents.count, 3);
+    test.database.open(test.file().c_str(), GIO::OpenReadWrite);
+
+    test.database.remove_object(GString("lamp"));
+    test.database.rename_object(GString("inside"), GString("vase"));
+
+    EXPECT_FALSE(fs::exists(test.folder.path() / "lamp.lob"));
+    EXPECT_FALSE(fs::exists(test.folder.path() / "vase.lob"));
+    EXPECT_EQ(OdbTest::note_of(reader, "vase"), "z");
+}
+
 TEST(ODB_ExternalObject, Copy_AlwaysMakesANewFile)
 {
     OdbTest test;

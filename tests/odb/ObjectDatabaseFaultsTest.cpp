@@ -130,6 +130,14 @@ const NamedChange kChanges[] = {
      [](ObjectDatabase& main, ObjectDatabase&) {
          main.rename_object(kRoot, GString("ext"), path_of({"e"}), GString("moved"));
      }},
+    {"RenameInternalOntoExternal",
+     [](ObjectDatabase& main, ObjectDatabase&) {
+         main.rename_object(GString("lamp"), GString("ext"));
+     }},
+    {"RenameExternalOntoExternal",
+     [](ObjectDatabase& main, ObjectDatabase&) {
+         main.rename_object(path_of({"d"}), GString("made up"), kRoot, GString("ext"));
+     }},
     {"CopyExternal",
      [](ObjectDatabase& main, ObjectDatabase&) {
          main.copy_object_to(GString("ext"), main, GString("copy"));

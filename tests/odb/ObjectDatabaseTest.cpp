@@ -477,6 +477,47 @@ TEST(ObjectDatabase, RenamedDirectory_AttachedMediatorsLearnTheirNewNames)
     EXPECT_NE(moved, nullptr);
 }
 
+TEST(ObjectDatabase, RenamedDirectory_MediatorsAtEveryDepthAndOfEachClientLearnTheirNames)
+{
+    OdbTest test;
+    ObjectDatabase second(test.database);
+    TestNote object("x");
+    const GResourcePath paths[] = {path_of({"a"}), path_of({"a", "b"}), path_of({"a", "b", "a"}),
+                                   path_of({"ab"})};
+    for (const GResourcePath& path : paths)
+        for (const char* name : {"one", "two"})
+            test.database.append_object(&object, path, GString(name), nullptr);
+    test.database.unload({paths[1], GString("two"), ObjectDatabase::MediatorResourceType});
+    ASSERT_NE(second.get_mediator(paths[1], GString("two")), nullptr);
+
+    test.database.rename(GResourceFullName(path_of({"a"}), GString(), GString()),
+                         GResourceFullName(path_of({"c", "d"}), GString(), GString()));
+
+    const GResourcePath moved[] = {path_of({"c", "d"}), path_of({"c", "d", "b"}),
+                                   path_of({"c", "d", "b", "a"}), path_of({"ab"})};
+    for (const GResourcePath& path : moved)
+        for (const char* name : {"one", "two"}) {
+            const ODB_Mediator* const mediator = test.database.get_mediator(path, GString(name));
+            ASSERT_NE(mediator, nullptr);
+            EXPECT_TRUE(mediator->get_DB_resname().path() == path);
+            EXPECT_EQ(mediator->get_DB_key(), name);
+        }
+}
+
+TEST(ObjectDatabase, RenamedOntoANameBeyondTheLimits_NothingChanges)
+{
+    OdbTest test;
+    test.add("lamp", "a lamp");
+    GResourcePath deep;
+    for (int i = 0; i < 100; ++i)
+        deep += GString("level");
+
+    test.database.rename_object(GResourcePath(), GString("lamp"), deep, GString("lamp"));
+
+    EXPECT_EQ(test.note_of("lamp"), "a lamp");
+    EXPECT_EQ(test.database.get_mediator(GString("lamp"))->get_DB_resname().count, 0);
+}
+
 TEST(ObjectDatabase, RenamedDirectory_OfAnotherFile_ChangesNothingHere)
 {
     OdbTest test;

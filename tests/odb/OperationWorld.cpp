@@ -179,6 +179,8 @@ const WorldOperation kOperations[] = {
      }},
     {"RenameOver",
      [](OperationWorld& world) { world.main->rename_object(text("lamp"), text("big")); }},
+    {"RenameOverExternal",
+     [](OperationWorld& world) { world.main->rename_object(text("lamp"), text("ext")); }},
     {"RenameExternal",
      [](OperationWorld& world) { world.main->rename_object(text("ext"), text("moved")); }},
     {"RenameDirectory",

@@ -207,11 +207,8 @@ TEST_F(ResourceFileTest, Put_ByAClientThatCantWrite_KeepsTheInstanceInMemoryOnly
 
     EXPECT_FALSE(reader.exist(name_of("a")));
     EXPECT_EQ(reader.get(name_of("a"), true), object);
-    std::vector<GStreamable*> loaded;
-    reader.for_each_loaded(
-        GResourcePath(), GString("t"), true,
-        [&](const GResourceFullName&, GStreamable* instance) { loaded.push_back(instance); });
-    EXPECT_EQ(loaded, std::vector<GStreamable*>{object});
+    EXPECT_EQ(reader.loaded_instances(GResourcePath(), GString("t"), true),
+              std::vector<GStreamable*>{object});
 }
 
 TEST_F(ResourceFileTest, Remove_DestroysTheLoadedInstance)
