@@ -5,6 +5,7 @@
 #include "scene_editor/FileChoice.h"
 #include "scene_editor/SceneEditor.h"
 #include "scene_editor/TextRequest.h"
+#include "scene_editor/WindowMessages.h"
 #include "scene_editor/core/CommandLine.h"
 #include "scene_editor/core/PreviewTexts.h"
 #include "scene_editor/resource.h"
@@ -56,6 +57,14 @@ bool EditorFrame::has_single_entry() const
     return row && list_.rows().kind(*row) == editor::RowKind::Entry;
 }
 
+bool EditorFrame::is_selected_shown() const
+{
+    const std::optional<EntryList::Id> row = list_.single_row();
+    const editor::PreviewLoaded& shown = preview_.shown();
+    return row && shown.path == path_ && !shown.name.empty() &&
+           shown.name == list_.rows().name(*row);
+}
+
 void EditorFrame::OnEntryUndo()
 {
     if (deletions_ > 0)
@@ -69,7 +78,7 @@ void EditorFrame::OnEntryDescribe()
         return;
     const std::string name(list_.rows().name(*row));
     const editor::DirectoryPath path = path_;
-    const bool is_previewed = preview_.shown().name == name && preview_.shown().path == path;
+    const bool is_previewed = is_selected_shown();
     const std::string prompt = "What \"" + name + "\" is:";
     TextRequest request;
     request.title = "Describe";
@@ -97,6 +106,8 @@ void EditorFrame::OnEntryCopyTo()
 
 void EditorFrame::OnEntryPicture(UINT id)
 {
+    if (!is_selected_shown())
+        return;
     const editor::PreviewLoaded& shown = preview_.shown();
     const std::string picture = editor::picture_after(shown, id == ID_ENTRY_NEXT_PICTURE ? 1 : -1);
     if (picture.empty())
@@ -107,9 +118,20 @@ void EditorFrame::OnEntryPicture(UINT id)
 
 void EditorFrame::OnEntryMovie()
 {
+    wants_movie_ = !is_selected_shown();
+    if (wants_movie_)
+        return;
+    play_movie();
+    PostMessage(WM_RESULTS_WAIT);  // a complaint is shown with those of the worker
+}
+
+void EditorFrame::play_movie()
+{
     const editor::PreviewLoaded& shown = preview_.shown();
-    if (!shown.movie.empty() && !movie_.play(*this, font_, dpi_, shown.name, shown.movie))
-        AfxMessageBox("There can be no window for the movie.", MB_OK | MB_ICONEXCLAMATION);
+    if (shown.movie.empty())
+        complain("\"" + shown.name + "\" has no movie.");
+    else if (!movie_.play(*this, font_, dpi_, shown.name, shown.movie))
+        complain("There can be no window for the movie.");
 }
 
 void EditorFrame::OnLibraryAdd()
@@ -359,12 +381,13 @@ void EditorFrame::OnUpdateCopy(CCmdUI* state)
 
 void EditorFrame::OnUpdatePicture(CCmdUI* state)
 {
-    state->Enable(!preview_.shown().pictures.empty());
+    state->Enable(has_single_entry() &&
+                  (!is_selected_shown() || !preview_.shown().pictures.empty()));
 }
 
 void EditorFrame::OnUpdateMovie(CCmdUI* state)
 {
-    state->Enable(!preview_.shown().movie.empty());
+    state->Enable(has_single_entry() && (!is_selected_shown() || !preview_.shown().movie.empty()));
 }
 
 void EditorFrame::OnUpdateWritable(CCmdUI* state)

@@ -100,6 +100,7 @@ void EditorFrame::ask_for_preview()
     if (worker_ == nullptr || row == previewed_row_)
         return;
     previewed_row_ = row;
+    wants_movie_ = wants_movie_ && row;
     if (!row) {
         preview_.show_text("", "");
         return;
@@ -217,8 +218,11 @@ void EditorFrame::take(editor::PreviewLoaded& loaded)
 {
     const bool is_wanted =
         previewed_row_ && loaded.path == path_ && loaded.name == list_.rows().name(*previewed_row_);
-    if (is_wanted)
-        preview_.show(std::move(loaded));
+    if (!is_wanted)
+        return;
+    preview_.show(std::move(loaded));
+    if (std::exchange(wants_movie_, false))
+        play_movie();
 }
 
 void EditorFrame::take(editor::ObjectLoaded& loaded)

@@ -1,6 +1,7 @@
 #include "scene_editor/MovieWindow.h"
 
 #include "platform/CPaintDC.h"
+#include "platform/CWinApp.h"
 #include "platform/CommonControls.h"
 #include "scene_editor/TextHeight.h"
 #include "scene_editor/WindowMessages.h"
@@ -62,7 +63,8 @@ bool MovieWindow::create(CWnd& owner, CFont& font, int dpi)
 {
     dpi_ = dpi;
     const LPCTSTR window_class =
-        AfxRegisterWndClass(CS_DBLCLKS, ::LoadCursor(nullptr, IDC_ARROW), nullptr);
+        AfxRegisterWndClass(CS_DBLCLKS, ::LoadCursor(nullptr, IDC_ARROW), nullptr,
+                            AfxGetApp()->LoadIcon(IDR_SCENE_EDITOR));
     RECT place{};
     ::GetWindowRect(owner, &place);
     const int left = static_cast<int>(place.left) + editor::scaled(40, dpi);

@@ -229,7 +229,7 @@ PreviewRead LibrarySession::load_preview(const DirectoryPath& path, const std::s
         preview.caption = "The entry is not there any more.";
         return read;
     }
-    tell_facts(*mediator, preview);
+    const Holding holding = tell_facts(*mediator, preview);
     read.object.reset(mediator->get_object());
     if (const auto* const picture = dynamic_cast<const PixelMap*>(read.object.get())) {
         preview.picture = std::make_unique<PixelMap>(*picture);
@@ -242,7 +242,7 @@ PreviewRead LibrarySession::load_preview(const DirectoryPath& path, const std::s
         preview.picture = std::make_unique<PixelMap>(*icon);
         mediator->unload_icon();
     }
-    if (read.object == nullptr)
+    if (read.object == nullptr && holding != Holding::Lost)
         preview.caption = why_no_object(*mediator);
     return read;
 }

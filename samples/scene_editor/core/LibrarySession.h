@@ -120,8 +120,8 @@ private:
     [[nodiscard]] std::optional<std::string> commit();
     [[nodiscard]] ODB_Mediator* mediator_of(const DirectoryPath& path,
                                             const std::string& name) const;
-    /// Texts, pictures and movie of the entry.
-    void tell_facts(ODB_Mediator& mediator, PreviewLoaded& preview) const;
+    /// Texts, pictures and movie of the entry; where its object is.
+    static Holding tell_facts(ODB_Mediator& mediator, PreviewLoaded& preview);
     [[nodiscard]] static WorkDone finish(const TransferResult& result, const char* verb,
                                          bool list_again);
     /// The damage met last, unless it was told before.

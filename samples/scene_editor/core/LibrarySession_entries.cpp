@@ -127,13 +127,15 @@ IconLoaded LibrarySession::load_row(const DirectoryPath& path, const std::string
     return row;
 }
 
-void LibrarySession::tell_facts(ODB_Mediator& mediator, PreviewLoaded& preview) const
+Holding LibrarySession::tell_facts(ODB_Mediator& mediator, PreviewLoaded& preview)
 {
+    const Told told = tell_holding(mediator);
     preview.class_name = mediator.get_object_class_name().view();
-    preview.holding = tell_holding(mediator).text;
+    preview.holding = told.text;
     preview.description = description_of(mediator);
     preview.pictures = pictures_of(mediator);
     preview.movie = movie_of(mediator);
+    return told.holding;
 }
 
 PreviewLoaded LibrarySession::load_picture(const DirectoryPath& path, const std::string& name,

@@ -129,7 +129,7 @@ TEST(SceneEditor, OpenBrowseFilterPreviewRenameDelete_LeaveTheLibraryAsTold)
 
     EXPECT_THAT(names_in(library.file()),
                 testing::UnorderedElementsAre("deep/er/one", "deep/er/two", "Plain/three",
-                                              "painted", "Root C"));
+                                              "painted", "Root C", ".deleted/00000001/root b"));
     EXPECT_EQ(run_tool({"verify", library.file()}).code, 0);
 }
 
@@ -139,12 +139,13 @@ TEST(SceneEditor, TabAndEnter_ReachEveryPane)
     EditorDriver editor({library.file()});
     ASSERT_TRUE(EditorDriver::wait_for([&] { return editor.has_focus(IDC_ENTRIES); }));
 
-    for (const int pane : {IDC_PREVIEW, IDC_SCENE, IDC_DIRECTORIES, IDC_FILTER, IDC_ENTRIES}) {
+    for (const int pane :
+         {IDC_PREVIEW, IDC_SCENE, IDC_DIRECTORIES, IDC_FILTER, IDC_FILTER_CHOICE, IDC_ENTRIES}) {
         editor.key(VK_TAB);
         EXPECT_TRUE(EditorDriver::wait_for([&] { return editor.has_focus(pane); })) << pane;
     }
     editor.key(VK_TAB, {VK_SHIFT});
-    EXPECT_TRUE(EditorDriver::wait_for([&] { return editor.has_focus(IDC_FILTER); }));
+    EXPECT_TRUE(EditorDriver::wait_for([&] { return editor.has_focus(IDC_FILTER_CHOICE); }));
     EXPECT_TRUE(close(editor));
 }
 
