@@ -5,8 +5,9 @@
 #include <memory>
 
 /// A compiled pattern (ECMAScript) that matches whole texts, case counting. Matching takes time in
-/// proportion to pattern and text. A malformed pattern, or one of more than kMaxPattern characters,
-/// matches nothing and never throws. A value; copies share the compiled form.
+/// proportion to pattern and text. A malformed pattern, one of more than kMaxPattern characters, or
+/// one with more than nine digits in a count or in the number of a group, matches nothing and never
+/// throws. A value; copies share the compiled form.
 class ZMR_GV_API RegularExpression {
 public:
     static constexpr unsigned kMaxPattern = 1000;

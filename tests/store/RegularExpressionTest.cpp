@@ -41,6 +41,15 @@ TEST(RegularExpression, TooLongOrTooDeep_MatchesNothing)
         RegularExpression((std::string(400, '(') + std::string(400, ')')).c_str()).valid());
 }
 
+TEST(RegularExpression, NumbersThatNoIntHolds_MatchNothing)
+{
+    for (const char* pattern :
+         {R"(a\33333333333333333333)", "a{33333333333333333333}", "a{1,33333333333333333333}"})
+        EXPECT_FALSE(RegularExpression(pattern).valid()) << pattern;
+    EXPECT_TRUE(RegularExpression("a{2}12345678901{2}") == "aa123456789011");
+    EXPECT_TRUE(RegularExpression(R"(\d12345678901\{12345678901)") == "712345678901{12345678901");
+}
+
 TEST(RegularExpression, NestedRepetition_EndsInLinearTime)
 {
     const RegularExpression expression("(a+)+b");
