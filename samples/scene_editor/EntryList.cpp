@@ -127,12 +127,13 @@ void EntryList::remove(const std::vector<Id>& rows)
 void EntryList::set_details(const editor::IconLoaded& loaded)
 {
     rows_.set_details(loaded.row, loaded.holding, loaded.description);
-    if (loaded.icon == nullptr) {
+    if (loaded.icon == nullptr)
         icons_.store_none(loaded.row);
-    } else {
+    else if (loaded.holding == editor::Holding::Inside)
+        images_.set(kFirstSlot + icons_.store(loaded.row), *loaded.icon);
+    else
         images_.set(kFirstSlot + icons_.store(loaded.row),
                     editor::with_badge(*loaded.icon, loaded.holding, images_.size_px()));
-    }
     if (const auto position = rows_.position_of(loaded.row))
         RedrawItems(static_cast<int>(*position), static_cast<int>(*position));
 }
