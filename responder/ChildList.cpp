@@ -45,10 +45,11 @@ void ChildList::clear()
     forget();
 }
 
-int ChildList::index_behind_first(const GResponder* child) const
+/// The first index of `child` from `from` on; `end` or more when it does not stand before that.
+inline int ChildList::index_between(int from, int end, const GResponder* child) const
 {
-    int index = 1;
-    for (; index + 4 <= count_; index += 4) {  // few entries in most lists: no setting out first
+    int index = from;
+    for (; index + 4 <= end; index += 4) {  // few entries in most lists: no setting out first
         if (slots_[index].child == child)
             return index;
         if (slots_[index + 1].child == child)
@@ -58,14 +59,46 @@ int ChildList::index_behind_first(const GResponder* child) const
         if (slots_[index + 3].child == child)
             return index + 3;
     }
-    while (index < count_ && slots_[index].child != child)
+    while (index < end && slots_[index].child != child)
         ++index;
-    return count_ == 0 ? 0 : index;
+    return index;
 }
 
+int ChildList::index_behind_first(const GResponder* child) const
+{
+    return count_ == 0 ? 0 : index_between(1, count_, child);
+}
+
+int ChildList::index_of(const GResponder* child, std::uint16_t place) const
+{
+    if (count_ == 0)
+        return 0;
+    const int noted = static_cast<std::uint16_t>(place - place_at(0));
+    if (noted < count_ && slots_[noted].child == child)
+        return noted;
+    if (count_ <= kSearched)
+        return index_of(child);
+    // A removal moves the shorter part of the list, so that notes hold at the ends and fail most
+    // in the middle. When those that went stood evenly spread, a child stands as far from the
+    // middle, measured by the list as it is, as it did by the list as it was.
+    const int most = std::max(int{slots_[-1].room.most}, int{count_});
+    const int middle = count_ / 2;
+    const int likely = middle + (std::min(noted, most) - middle) * count_ / most;
+    for (const int distance : {8, 64}) {
+        const int end = std::clamp(likely + distance, 0, int{count_});
+        const int index = index_between(std::clamp(likely - distance, 0, end), end, child);
+        if (index < end)
+            return index;
+    }
+    return index_of(child);
+}
+
+/// The places stay.
 void ChildList::set_room(int front, int capacity)
 {
-    room() = {static_cast<std::uint16_t>(front), static_cast<std::uint16_t>(capacity - front)};
+    room().first_place = static_cast<std::uint16_t>(room().first_place + room().front - front);
+    room().front = static_cast<std::uint16_t>(front);
+    room().capacity = static_cast<std::uint16_t>(capacity);
 }
 
 void ChildList::insert_within(int index, GResponder* child)
@@ -75,7 +108,7 @@ void ChildList::insert_within(int index, GResponder* child)
     if (slots_ == nullptr || capacity() == count_)
         grow(index);
     const int front = room().front;
-    const int behind = room().behind_front - count_;
+    const int behind = capacity() - front - count_;
     // Half of the room that lies at the other end comes over to this one.
     if (near_front && front == 0)
         move_list((behind + 1) / 2);
@@ -97,7 +130,8 @@ void ChildList::move_list(int by)
     const Room before = room();
     std::memmove(slots_ + by, slots_, bytes_of(count_));
     slots_ += by;
-    set_room(before.front + by, before.front + before.behind_front);
+    room() = before;
+    set_room(before.front + by, before.capacity);
 }
 
 /// The new room comes to the end that is nearer to `index`.
@@ -116,6 +150,7 @@ void ChildList::grow(int index)
 void ChildList::move_into_block_of(int capacity, int front)
 {
     Slot* first = static_cast<Slot*>(allocate_block(bytes_of_block(capacity))) + 1 + front;
+    first[-1].room = slots_ != nullptr ? room() : Room{};
     if (count_ > 0)
         std::memcpy(first, slots_, bytes_of(count_));
     if (slots_ != nullptr)
@@ -124,9 +159,9 @@ void ChildList::move_into_block_of(int capacity, int front)
     set_room(front, capacity);
 }
 
-bool ChildList::remove_behind_first(const GResponder* child)
+bool ChildList::remove_behind_first(const GResponder* child, std::uint16_t place)
 {
-    const int index = index_behind_first(child);
+    const int index = count_ > kSearched ? index_of(child, place) : index_behind_first(child);
     if (index == count_)
         return false;
     remove_within(index);
@@ -136,6 +171,8 @@ bool ChildList::remove_behind_first(const GResponder* child)
 void ChildList::remove_within(int index)
 {
     assert(index >= 0 && index < count_);
+    room().most = count_ > kSearched ? std::max(room().most, static_cast<std::uint16_t>(count_))
+                                     : std::uint16_t{0};
     --count_;
     if (index < count_ - index) {
         move_entries(1, 0, index);

@@ -8,6 +8,14 @@ class GResponder;
 
 namespace zmr {
 
+/// A child's note of where it stands: ChildList::place_at, as it was when it came into the list or
+/// was last looked for. A base, because there it lies in bytes that the base in front of it leaves
+/// unused.
+class ListPlace {
+protected:
+    mutable std::uint16_t place_ = 0;
+};
+
 /// The dense array of a responder's children, which it does not own. There may be room at both
 /// ends, so that inserting and removing at an end cost no move of the others. It grows by 4 while
 /// it is small and doubles later; an empty one that never held a child has no array.
@@ -42,11 +50,21 @@ public:
     {
         return count_ > 0 && slots_[0].child == child ? 0 : index_behind_first(child);
     }
+    /// The same for a child that has the note `place`: a few steps where others have come and gone
+    /// since then at the ends or evenly spread, else linear.
+    [[nodiscard]] int index_of(const GResponder* child, std::uint16_t place) const;
+    /// What a child notes that stands at `index`. It stays the same while others come and go at the
+    /// ends.
+    [[nodiscard]] std::uint16_t place_at(int index) const
+    {
+        const Room& room = slots_[-1].room;
+        return static_cast<std::uint16_t>(room.first_place + room.front + index);
+    }
 
     /// Appends when there is room, below kMaxCount children; else false, with nothing changed.
     [[nodiscard]] bool append_in_room(GResponder* child)
     {
-        if (slots_ == nullptr || count_ >= room().behind_front)
+        if (slots_ == nullptr || count_ == room().capacity - room().front)
             return false;
         slots_[count_++].child = child;
         return true;
@@ -70,11 +88,12 @@ public:
         move_front(count_ == 1 ? -room().front : 1);
         --count_;
     }
-    /// Takes out the first entry of `child`, as remove_at does; false when it is missing.
-    [[nodiscard]] bool remove(const GResponder* child)
+    /// Takes out the entry of `child` that index_of tells, as remove_at does; false when there is
+    /// none.
+    [[nodiscard]] bool remove(const GResponder* child, std::uint16_t place)
     {
         if (count_ == 0 || slots_[0].child != child)
-            return remove_behind_first(child);
+            return remove_behind_first(child, place);
         remove_at(0);
         return true;
     }
@@ -97,11 +116,14 @@ private:
     static constexpr int kLookedAtBytes = 40;  ///< From the front of a responder on.
     static constexpr int kSmall = 16;          ///< Up to here blocks grow by 4.
     static constexpr int kKept = 64;           ///< And up to here they are not given back.
+    static constexpr int kSearched = 128;      ///< Up to here a search is as fast as a guess.
 
-    /// What a block has room for, in children: in front of the list, and from its first child on.
+    /// Where the list lies in its block, in children.
     struct Room {
-        std::uint16_t front;
-        std::uint16_t behind_front;
+        std::uint16_t front;  ///< So many slots lie in front of the list.
+        std::uint16_t capacity;
+        std::uint16_t first_place;  ///< Of the block's first slot.
+        std::uint16_t most;         ///< Children that there were, while many are taken out.
     };
     union Slot {
         GResponder* child;
@@ -112,19 +134,20 @@ private:
     /// Of a list with a block.
     [[nodiscard]] Room& room() { return slots_[-1].room; }
     [[nodiscard]] Slot* block() { return slots_ - 1 - room().front; }
-    [[nodiscard]] int capacity() { return room().front + room().behind_front; }
+    [[nodiscard]] int capacity() { return room().capacity; }
+    [[nodiscard]] int index_between(int from, int end, const GResponder* child) const;
     [[nodiscard]] int index_behind_first(const GResponder* child) const;
     void set_room(int front, int capacity);
     /// Lets the list begin `by` slots further on in its block.
     void move_front(int by)
     {
-        const Room before = room();
+        Room moved = room();
+        moved.front = static_cast<std::uint16_t>(moved.front + by);
         slots_ += by;
-        room() = {static_cast<std::uint16_t>(before.front + by),
-                  static_cast<std::uint16_t>(before.behind_front - by)};
+        room() = moved;
     }
     void insert_within(int index, GResponder* child);
-    [[nodiscard]] bool remove_behind_first(const GResponder* child);
+    [[nodiscard]] bool remove_behind_first(const GResponder* child, std::uint16_t place);
     void remove_within(int index);
     void move_list(int by);
     void grow(int index);

@@ -28,7 +28,7 @@ struct NotificationLink;
 /// A bare one takes 72 bytes. Behaviours, label, palette, receivers of notifications and the
 /// current child, on both sides of it, stand in a record of their own that is made at the first
 /// need; a list of children is a block of its own.
-class ZMR_GV_API GResponder : public GStreamable, public GIdler {
+class ZMR_GV_API GResponder : public GStreamable, private zmr::ListPlace, public GIdler {
     G_DECLARE_CLASS(GResponder)
     using NotBuiltByName = GResponder;
 
@@ -164,9 +164,10 @@ public:
     // The neighbours of a child, round the list; null when it is none.
     [[nodiscard]] GResponder* next(const GResponder* child) const;
     [[nodiscard]] GResponder* prev(const GResponder* child) const;
-    // The neighbours of this responder in its owner, round the list; null for a root.
-    [[nodiscard]] GResponder* next() const { return owner_ ? owner_->next(this) : nullptr; }
-    [[nodiscard]] GResponder* prev() const { return owner_ ? owner_->prev(this) : nullptr; }
+    // The neighbours of this responder in its owner, round the list; null for a root. Walking over
+    // the siblings so is linear in all, also in a list of thousands.
+    [[nodiscard]] GResponder* next() const;
+    [[nodiscard]] GResponder* prev() const;
     // The same, but null at the end and at the front of the list.
     [[nodiscard]] GResponder* next_view() const;
     [[nodiscard]] GResponder* prev_view() const;
@@ -191,7 +192,7 @@ public:
     /// As insert, but not through an overridden insert_before.
     bool silent_insert(GResponder* child);
     /// As remove, but not through an overridden remove. False when `child` is none of this one's.
-    /// Linear: it is searched for from the front.
+    /// Linear: the children behind or in front of it close up.
     bool silent_remove(GResponder* child);
     GResponder& operator+(GResponder* child);
     GResponder& operator-(GResponder* child);
@@ -431,7 +432,10 @@ private:
     void drop_currents(GResponder* child);
     void drop_circular_current(const GResponder* child);
     void place(int index, GResponder* child);
-    void settle(GResponder* child);
+    void settle(int index, GResponder* child);
+    [[nodiscard]] int index_of_own(const GResponder* child) const;
+    [[nodiscard]] GResponder* behind(int index) const;
+    [[nodiscard]] GResponder* before(int index) const;
     [[nodiscard]] bool place_before(GResponder* target, GResponder* child);
     bool delete_from_list(GResponder* child);
     void remove_doubles(const GResponder* child);

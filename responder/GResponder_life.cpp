@@ -19,6 +19,8 @@ constexpr int kAhead = 4;
 
 // Making, copying and ending a responder.
 
+static_assert(sizeof(void*) != 8 || sizeof(GResponder) == 72);
+
 GResponder::GResponder() : GIdler(false) {}
 
 /// The fields that need no memory.

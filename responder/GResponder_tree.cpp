@@ -16,30 +16,61 @@ unsigned char GResponder::isSubobject(const GResponder* ancestor) const
     return above == ancestor ? 1 : 0;
 }
 
-GResponder* GResponder::next(const GResponder* child) const
+/// The index of a child whose owner this is, by its note, which is renewed; count() when the child
+/// has no entry all the same.
+int GResponder::index_of_own(const GResponder* child) const
 {
-    const int index = children_.index_of(child);
+    if (has_doubles_)
+        return children_.index_of(child);
+    const int index = children_.index_of(child, child->place_);
+    if (index < children_.count())
+        child->place_ = children_.place_at(index);
+    return index;
+}
+
+/// The child behind `index`, round the list; null for count().
+GResponder* GResponder::behind(int index) const
+{
     if (index == children_.count())
         return nullptr;
     return children_[index + 1 == children_.count() ? 0 : index + 1];
 }
 
-GResponder* GResponder::prev(const GResponder* child) const
+GResponder* GResponder::before(int index) const
 {
-    const int index = children_.index_of(child);
     if (index == children_.count())
         return nullptr;
     return children_[index == 0 ? children_.count() - 1 : index - 1];
 }
 
+GResponder* GResponder::next(const GResponder* child) const
+{
+    return behind(children_.index_of(child));
+}
+
+GResponder* GResponder::prev(const GResponder* child) const
+{
+    return before(children_.index_of(child));
+}
+
+GResponder* GResponder::next() const
+{
+    return owner_ != nullptr ? owner_->behind(owner_->index_of_own(this)) : nullptr;
+}
+
+GResponder* GResponder::prev() const
+{
+    return owner_ != nullptr ? owner_->before(owner_->index_of_own(this)) : nullptr;
+}
+
 GResponder* GResponder::next_view() const
 {
-    return owner_ != nullptr && owner_->last() != this ? owner_->next(this) : nullptr;
+    return owner_ != nullptr && owner_->last() != this ? next() : nullptr;
 }
 
 GResponder* GResponder::prev_view() const
 {
-    return owner_ != nullptr && owner_->first() != this ? owner_->prev(this) : nullptr;
+    return owner_ != nullptr && owner_->first() != this ? prev() : nullptr;
 }
 
 GResponder* GResponder::next_object(short index) const
@@ -176,9 +207,10 @@ bool GResponder::stands_below(const GResponder* ancestor) const
     return index;
 }
 
-/// For a child that has come into the list.
-inline void GResponder::settle(GResponder* child)
+/// For a child that has come to `index`.
+inline void GResponder::settle(int index, GResponder* child)
 {
+    child->place_ = children_.place_at(index);
     if (child->extras_ != nullptr || child->children_.count() > 0)
         drop_currents(child);
     child->owner_ = this;
@@ -190,7 +222,7 @@ inline void GResponder::place(int index, GResponder* child)
     if (borrows(kChildren))
         own_children();
     children_.insert_at(index, child);
-    settle(child);
+    settle(index, child);
 }
 
 /// False when `target` is no child.
@@ -207,7 +239,7 @@ int GResponder::insert_to_list(GResponder* child, GResponder* target, unsigned c
     if (!takes_in(child))
         return 0;
     if (target == nullptr && !borrows(kChildren) && children_.append_in_room(child))
-        settle(child);
+        settle(children_.count() - 1, child);
     else if (!place_before(target, child))
         return 0;
     if (announce != 0) {
@@ -273,7 +305,7 @@ bool GResponder::delete_from_list(GResponder* child)
         return false;
     if (borrows(kChildren))
         own_children();
-    if (!children_.remove(child))
+    if (!children_.remove(child, child->place_))
         return false;
     if (has_doubles_)
         remove_doubles(child);
@@ -330,7 +362,7 @@ unsigned char GResponder::makeFirst()
     GResponder* const owner = owner_;
     if (owner == nullptr)
         return 0;
-    const int index = owner->children_.index_of(this);
+    const int index = owner->index_of_own(this);
     if (index == 0 || index == owner->children_.count() ||
         owner->children_[index - 1]->Priority() > Priority())
         return 0;

@@ -63,6 +63,62 @@ TEST(ChildList, IndexOf_FindsTheFirstAtEveryPlaceAndLength)
     }
 }
 
+TEST(ChildList, IndexOfByANote_IsThatOfASearch)
+{
+    constexpr int kEntries = 3000;
+    std::mt19937 random(11);
+    zmr::ChildList list;
+    std::vector<int> model;
+    std::vector<std::uint16_t> places(kEntries + 1);
+    const auto expect_found = [&](int number) {
+        const auto at = std::find(model.begin(), model.end(), number);
+        const auto index = static_cast<int>(at - model.begin());
+        const auto entry = static_cast<std::size_t>(number);
+        EXPECT_EQ(list.index_of(address(number), places[entry]), index);
+        EXPECT_EQ(list.index_of(address(number), static_cast<std::uint16_t>(random())), index);
+    };
+    for (int number = 1; number <= kEntries; ++number) {
+        const auto bound = static_cast<unsigned>(model.size()) + 1;
+        const auto index = static_cast<int>(number % 2 == 0   ? bound - 1
+                                            : number % 3 == 0 ? 0
+                                                              : random() % bound);
+        list.insert_at(index, address(number));
+        model.insert(model.begin() + index, number);
+        places[static_cast<std::size_t>(number)] = list.place_at(index);
+        if (number % 100 == 0) {
+            expect_found(1 + static_cast<int>(random() % kEntries));
+            expect_found(number);
+        }
+    }
+    while (!model.empty()) {
+        const int number = model[random() % model.size()];
+        expect_found(number);
+        ASSERT_TRUE(list.remove(address(number), places[static_cast<std::size_t>(number)]));
+        std::erase(model, number);
+        ASSERT_FALSE(list.remove(address(number), places[static_cast<std::size_t>(number)]));
+        ASSERT_EQ(list.count(), static_cast<int>(model.size()));
+    }
+}
+
+TEST(ChildList, NotesOfThoseThatStay_HoldWhereOthersComeAndGoAtTheEnds)
+{
+    zmr::ChildList list;
+    for (int number = 1; number <= 500; ++number)
+        list.insert_at(list.count(), address(number));
+    const std::uint16_t place = list.place_at(249);
+
+    for (int number = 501; number <= 900; ++number)
+        list.insert_at(0, address(number));
+    EXPECT_EQ(list.place_at(649), place);
+    for (int number = 0; number < 500; ++number)
+        list.remove_at(0);
+    EXPECT_EQ(list.place_at(149), place);
+    while (list.count() > 150)
+        list.remove_at(list.count() - 1);
+    EXPECT_EQ(list.place_at(149), place);
+    EXPECT_EQ(list[149], address(250));
+}
+
 TEST(ChildList, FullToTheLimit_KeepsAll)
 {
     zmr::ChildList list;

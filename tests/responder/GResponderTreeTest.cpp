@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
 #include <string>
 
 namespace {
@@ -208,6 +210,39 @@ TEST(GResponderTree, NextAndPrev_GoRoundTheList)
     EXPECT_EQ(owner->prev(), nullptr);
     EXPECT_EQ(owner->next_view(), nullptr);
     EXPECT_EQ(owner->prev_view(), nullptr);
+}
+
+TEST(GResponderTree, NextAndPrevAmongThousands_AreTheNeighboursInTheList)
+{
+    constexpr short kChildren = 2000;
+    const auto owner = make<GResponder>();
+    std::vector<GResponder*> children;
+    for (short number = 0; number < kChildren; ++number) {
+        children.push_back(new GResponder);
+        owner->insert_before(children.back(), number % 3 == 0 ? owner->first() : nullptr);
+    }
+    const auto expect_neighbours = [&] {
+        for (short index = 0; index < owner->getCount(); ++index) {
+            const GResponder* child = owner->at(index);
+            ASSERT_EQ(child->next_view(), owner->next_object(index));
+            ASSERT_EQ(child->prev_view(), owner->prev_object(index));
+        }
+        EXPECT_EQ(owner->last()->next(), owner->first());
+        EXPECT_EQ(owner->first()->prev(), owner->last());
+    };
+    expect_neighbours();
+
+    std::shuffle(children.begin(), children.end(), std::mt19937(3));
+    for (int number = 0; number < kChildren / 4; ++number) {
+        GStreamable::destroy(children.back());
+        children.pop_back();
+    }
+    expect_neighbours();
+
+    for (std::size_t number = 0; number < 100; ++number)
+        children[number]->makeFirst();
+    owner->sort([](const GResponder* a, const GResponder* b) -> short { return a < b ? -1 : 1; });
+    expect_neighbours();
 }
 
 TEST(GResponderTree, NextAndPrevObject_OutsideTheListAreNull)
