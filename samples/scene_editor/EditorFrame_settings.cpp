@@ -8,19 +8,6 @@
 #include "scene_editor/resource.h"
 #include "settings/RegistryManager.h"
 
-namespace {
-
-/// As an icon, or as large as the screen, where who starts the program asks for it.
-zmr::WindowPlacementRecord as_asked(zmr::WindowPlacementRecord placement, int how)
-{
-    if (how == SW_SHOWMINIMIZED || how == SW_MINIMIZE || how == SW_SHOWMINNOACTIVE ||
-        how == SW_SHOWMAXIMIZED)
-        placement.show = static_cast<std::uint32_t>(how);
-    return placement;
-}
-
-}  // namespace
-
 void EditorFrame::use_settings()
 {
     preview_.set_draw_type(static_cast<GPixelMapView::DrawType>(settings_.draw_type));
@@ -36,7 +23,7 @@ void EditorFrame::show(int how)
         return;
     }
     ompstream kept;
-    kept << as_asked(editor::placement_at_start(*settings_.placement), how);
+    kept << editor::placement_at_start(*settings_.placement, static_cast<std::uint32_t>(how));
     impstream in(kept.bytes());
     GMfcLoadWindowPlacement(in, m_hWnd);
 }

@@ -25,8 +25,11 @@ constexpr const char* kStatusBar = "StatusBar";
 constexpr const char* kDraw = "Draw";
 constexpr const char* kFilter = "Filter";
 
-constexpr std::uint32_t kShowMaximized = 3;  // of WindowPlacementRecord::show
+// The system's ways of showing.
 constexpr std::uint32_t kShowMinimized = 2;
+constexpr std::uint32_t kShowMaximized = 3;
+constexpr std::uint32_t kMinimize = 6;
+constexpr std::uint32_t kShowMinimizedAside = 7;  // without taking the keyboard
 
 constexpr int kDesignDpi = 96;
 
@@ -126,13 +129,17 @@ bool write_settings(RegistryManager& manager, const EditorSettings& settings, in
     return batch.commit() && are_kept;
 }
 
-zmr::WindowPlacementRecord placement_at_start(zmr::WindowPlacementRecord kept)
+zmr::WindowPlacementRecord placement_at_start(zmr::WindowPlacementRecord kept, std::uint32_t how)
 {
-    const bool was_icon = kept.show == kShowMinimized;
     const bool was_maximized =
         kept.show == kShowMaximized ||
-        (was_icon && (kept.flags & zmr::WindowPlacementRecord::kRestoreToMaximized) != 0);
-    kept.show = was_maximized ? kShowMaximized : zmr::WindowPlacementRecord::kNormal;
+        (kept.show == kShowMinimized &&
+         (kept.flags & zmr::WindowPlacementRecord::kRestoreToMaximized) != 0);
+    if (how == kShowMaximized || how == kShowMinimized || how == kMinimize ||
+        how == kShowMinimizedAside)
+        kept.show = how;
+    else
+        kept.show = was_maximized ? kShowMaximized : zmr::WindowPlacementRecord::kNormal;
     return kept;
 }
 

@@ -3,6 +3,7 @@
 #include "app/WindowPlacementRecord.h"
 #include "scene_editor/core/WindowLayout.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -34,8 +35,10 @@ struct EditorSettings {
 [[nodiscard]] bool write_settings(RegistryManager& manager, const EditorSettings& settings,
                                   int dpi);
 
-/// How a window that stood as `kept` is shown again: where it was, as large as the screen if it was
-/// that or was to become it, and never as an icon or hidden.
-[[nodiscard]] zmr::WindowPlacementRecord placement_at_start(zmr::WindowPlacementRecord kept);
+/// How a window that stood as `kept` is shown again: where it was, and as large as the screen if it
+/// was that or was to become it. As an icon, or as large as the screen, where `how`, the way of
+/// showing that the program was started with, asks for that; never hidden.
+[[nodiscard]] zmr::WindowPlacementRecord placement_at_start(zmr::WindowPlacementRecord kept,
+                                                            std::uint32_t how);
 
 }  // namespace editor

@@ -12,6 +12,7 @@ using namespace editor;
 
 namespace {
 
+constexpr std::uint32_t kUsual = 10;  // as the system thinks fit
 constexpr std::uint32_t kMinimized = 2;
 constexpr std::uint32_t kMaximized = 3;
 
@@ -142,18 +143,30 @@ TEST(PlacementAtStart, IconOrHiddenWindow_ComesBackSeen)
     zmr::WindowPlacementRecord kept;
     kept.right = 500;
     kept.show = kMinimized;
-    EXPECT_EQ(placement_at_start(kept).show, zmr::WindowPlacementRecord::kNormal);
-    EXPECT_EQ(placement_at_start(kept).right, 500);
+    EXPECT_EQ(placement_at_start(kept, kUsual).show, zmr::WindowPlacementRecord::kNormal);
+    EXPECT_EQ(placement_at_start(kept, kUsual).right, 500);
     kept.show = zmr::WindowPlacementRecord::kHidden;
-    EXPECT_EQ(placement_at_start(kept).show, zmr::WindowPlacementRecord::kNormal);
+    EXPECT_EQ(placement_at_start(kept, kUsual).show, zmr::WindowPlacementRecord::kNormal);
 }
 
 TEST(PlacementAtStart, MaximizedWindow_StaysSoAlsoFromAnIcon)
 {
     zmr::WindowPlacementRecord kept;
     kept.show = kMaximized;
-    EXPECT_EQ(placement_at_start(kept).show, kMaximized);
+    EXPECT_EQ(placement_at_start(kept, kUsual).show, kMaximized);
     kept.show = kMinimized;
     kept.flags = zmr::WindowPlacementRecord::kRestoreToMaximized;
-    EXPECT_EQ(placement_at_start(kept).show, kMaximized);
+    EXPECT_EQ(placement_at_start(kept, kUsual).show, kMaximized);
+}
+
+TEST(PlacementAtStart, IconOrWholeScreen_WhereTheStartAsksForIt)
+{
+    zmr::WindowPlacementRecord kept;
+    kept.right = 500;
+    for (const std::uint32_t how : {2U, 3U, 6U, 7U}) {
+        EXPECT_EQ(placement_at_start(kept, how).show, how);
+        EXPECT_EQ(placement_at_start(kept, how).right, 500);
+    }
+    constexpr std::uint32_t kHidden = 0;
+    EXPECT_EQ(placement_at_start(kept, kHidden).show, zmr::WindowPlacementRecord::kNormal);
 }
