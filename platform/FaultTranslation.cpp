@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <cwchar>
 #include <exception>
 #include <utility>
@@ -44,6 +45,7 @@ namespace {
 
 constexpr DWORD kDirectionFlag = 0x400;
 constexpr std::size_t kRoomToThrow = 64 * 1024;  ///< The unwinder's own frames are large.
+constexpr ULONG kRoomToTell = 32 * 1024;         ///< Of an overflow of the stack.
 constexpr ULONG_PTR kExecuting = 8;              ///< What an access violation tried.
 
 /// Whether a thread whose stack stands at `top` can still throw. The calling thread.
@@ -131,9 +133,23 @@ void redirect(zmr::ThreadState& state, EXCEPTION_POINTERS& pointers)
     context.EFlags &= ~kDirectionFlag;
 }
 
+/// Ends the program with the system's code for an overflow of the stack. Left to the system, a
+/// thread without the room for what comes next may just vanish, with all locks that it holds.
+[[noreturn]] void end_without_stack()
+{
+    constexpr char kText[] = "The stack of a thread is full: the program ends.\n";
+    DWORD written = 0;
+    ::WriteFile(::GetStdHandle(STD_ERROR_HANDLE), kText, sizeof kText - 1, &written, nullptr);
+    ::TerminateProcess(::GetCurrentProcess(), static_cast<UINT>(EXCEPTION_STACK_OVERFLOW));
+    std::abort();
+}
+
 /// Asked before the frames on the stack are.
 LONG CALLBACK on_exception(EXCEPTION_POINTERS* pointers)
 {
+    if (pointers->ExceptionRecord->ExceptionCode == EXCEPTION_STACK_OVERFLOW &&
+        zmr::translates_faults())
+        end_without_stack();
     zmr::ThreadState* const state = translating_thread(*pointers);
     if (state == nullptr)
         return EXCEPTION_CONTINUE_SEARCH;
@@ -239,6 +255,8 @@ FaultTranslator AfxSetFaultTranslator(FaultTranslator translator)
     if (translator != nullptr) {
         static_cast<void>(handlers());
         zmr::install_fault_guard();
+        ULONG room = kRoomToTell;
+        ::SetThreadStackGuarantee(&room);
     }
     return std::exchange(zmr::ThreadState::current().fault_translator, translator);
 }
