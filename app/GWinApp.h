@@ -91,6 +91,7 @@ private:
 
     void watch_main_window();
     void leave_main_window();
+    bool give_procedure_back();
     [[nodiscard]] HWND main_window_of_another_thread() const;
     [[nodiscard]] bool show_help(CWnd* main_window, const GFile& file, unsigned int command,
                                  DWORD_PTR data);

@@ -92,9 +92,15 @@ LRESULT CALLBACK GWinApp::MsgBoxProc(HWND window, UINT message, WPARAM wparam, L
     if (message == WM_ENTERIDLE)
         zmr::behind_barrier([&] { return application->OnIdle(0); }, FALSE);
     const WNDPROC procedure = application->main_window_procedure_;
-    if (message == WM_NCDESTROY)
-        application->leave_main_window();
-    return ::CallWindowProcA(procedure, window, message, wparam, lparam);
+    if (message != WM_NCDESTROY)
+        return ::CallWindowProcA(procedure, window, message, wparam, lparam);
+    // The object of the window may go in here: as long as the handle is kept, no other thread looks
+    // at m_pMainWnd.
+    application->give_procedure_back();
+    const LRESULT result = ::CallWindowProcA(procedure, window, message, wparam, lparam);
+    HWND ended = window;
+    application->watched_window_.compare_exchange_strong(ended, nullptr);
+    return result;
 }
 
 int GWinApp::DoMessageBox(LPCTSTR text, UINT type, UINT help)
@@ -127,20 +133,24 @@ void GWinApp::watch_main_window()
     watched_window_ = window;
 }
 
-/// Gives the watched window its own procedure back, unless somebody has put one more in front.
-void GWinApp::leave_main_window()
+/// Gives the watched window its own procedure back. False when somebody has put one more in front.
+bool GWinApp::give_procedure_back()
 {
     const HWND window = watched_window_;
-    if (window == nullptr)
-        return;
-    if (::IsWindow(window)) {
-        const LONG_PTR present = ::GetWindowLongPtrA(window, GWLP_WNDPROC);
-        if (present != reinterpret_cast<LONG_PTR>(&MsgBoxProc))
-            return;
-        ::SetWindowLongPtrA(window, GWLP_WNDPROC,
-                            reinterpret_cast<LONG_PTR>(main_window_procedure_));
-    }
-    watched_window_ = nullptr;
+    if (!::IsWindow(window))
+        return true;
+    const LONG_PTR present = ::GetWindowLongPtrA(window, GWLP_WNDPROC);
+    if (present != reinterpret_cast<LONG_PTR>(&MsgBoxProc))
+        return false;
+    ::SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(main_window_procedure_));
+    return true;
+}
+
+/// Watches the window no more, unless somebody has put one more procedure in front.
+void GWinApp::leave_main_window()
+{
+    if (watched_window_ != nullptr && give_procedure_back())
+        watched_window_ = nullptr;
 }
 
 /// The main window, when it belongs to another thread than the calling one.

@@ -26,7 +26,9 @@ LRESULT CALLBACK BoxAnswers::hook(int code, WPARAM wparam, LPARAM lparam)
 {
     const HWND window = reinterpret_cast<HWND>(wparam);
     char name[16] = "";
+    // Behind a box the window below it comes to the front, which may be another thread's box.
     if (code == HCBT_ACTIVATE && current != nullptr &&
+        ::GetWindowThreadProcessId(window, nullptr) == ::GetCurrentThreadId() &&
         std::ranges::find(current->met_, window) == current->met_.end() &&
         ::GetClassNameA(window, name, sizeof name) > 0 && std::strcmp(name, "#32770") == 0) {
         current->met_.push_back(window);

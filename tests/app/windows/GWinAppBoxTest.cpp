@@ -53,7 +53,39 @@ private:
     std::jthread thread_;
 };
 
-class GWinAppBoxTest : public Hosted {};
+class GWinAppBoxTest : public Hosted {
+protected:
+    /// Dispatches messages until all have their answers; many boxes take their time.
+    [[nodiscard]] bool pump_until_done(const std::vector<std::unique_ptr<Asker>>& askers)
+    {
+        for (int patience = 0; patience < 9; ++patience)
+            if (host_.pump_until([&] {
+                    return std::ranges::all_of(askers, [](const auto& one) { return one->done(); });
+                }))
+                return true;
+        return false;
+    }
+};
+
+constexpr int kWorkers = 16;
+
+std::string question(int worker, int turn)
+{
+    return "worker " + std::to_string(worker) + ", box " + std::to_string(turn);
+}
+
+/// What the user answers to a question: not the same to all.
+int answer_to(const std::string& text)
+{
+    return std::ranges::count(text, '1') % 2 == 0 ? IDYES : IDNO;
+}
+
+/// Has the boxes of the calling thread answered that way.
+void answer_questions(BoxAnswers& answers)
+{
+    answers.press = false;
+    answers.in_front = [&answers](HWND box) { press_button(box, answer_to(answers.texts.back())); };
+}
 
 }  // namespace
 
@@ -184,6 +216,95 @@ TEST_F(GWinAppBoxTest, BoxesOfManyWorkersAtOnce_EachGetsItsOwnAnswer)
     for (const auto& asker : askers)
         EXPECT_EQ(asker->answer(), 50);
     EXPECT_EQ(host_.boxes.size(), 16u * 50u);
+}
+
+TEST_F(GWinAppBoxTest, RealBoxesOfManyWorkersAtOnce_EachIsShownOnceWhileTheWindowPaints)
+{
+    constexpr int kBoxes = 4;
+    HostFrame& frame = host_.open_frame();
+    retrieve_a_message(frame);
+    int paintings = 0;
+    frame.watch = [&](UINT message, WPARAM) {
+        if (message == WM_TIMER)
+            frame.Invalidate();
+        if (message == WM_PAINT)
+            ++paintings;
+    };
+    frame.SetTimer(1, 10, nullptr);
+    BoxAnswers answers;
+    answer_questions(answers);
+    std::vector<std::unique_ptr<Asker>> askers;
+    for (int worker = 0; worker < kWorkers; ++worker)
+        askers.push_back(std::make_unique<Asker>([worker] {
+            int right = 0;
+            for (int turn = 0; turn < kBoxes; ++turn) {
+                const std::string text = question(worker, turn);
+                right += AfxMessageBox(text.c_str(), MB_YESNO) == answer_to(text);
+            }
+            return right;
+        }));
+    EXPECT_TRUE(pump_until_done(askers));
+    frame.watch = nullptr;
+
+    for (const auto& asker : askers)
+        EXPECT_EQ(asker->answer(), kBoxes);
+    EXPECT_GT(paintings, 0);
+    ASSERT_EQ(answers.texts.size(), std::size_t{kWorkers * kBoxes});
+    for (int worker = 0; worker < kWorkers; ++worker) {
+        auto place = answers.texts.begin();
+        for (int turn = 0; turn < kBoxes; ++turn) {
+            place = std::find(place, answers.texts.end(), question(worker, turn));
+            ASSERT_NE(place, answers.texts.end()) << question(worker, turn);
+            EXPECT_EQ(std::ranges::count(answers.texts, *place), 1);
+        }
+    }
+}
+
+TEST_F(GWinAppBoxTest, MainWindowThatClosesUnderBoxesOfManyWorkers_NoneIsLeftWaiting)
+{
+    constexpr int kBoxes = 6;
+    constexpr int kBeforeTheEnd = 20;
+    HostFrame& frame = host_.open_frame();
+    retrieve_a_message(frame);
+    const HWND window = frame.m_hWnd;
+    BoxAnswers answers;
+    answers.press = false;
+    answers.in_front = [&](HWND box) {
+        if (answers.texts.size() == kBeforeTheEnd)
+            ::PostMessageA(window, WM_CLOSE, 0, 0);  // and this box is not answered
+        else
+            press_button(box, answer_to(answers.texts.back()));
+    };
+    std::atomic<int> cancelled = 0;
+    std::atomic<int> elsewhere = 0;  // shown in a worker's own thread
+    std::vector<std::unique_ptr<Asker>> askers;
+    for (int worker = 0; worker < kWorkers; ++worker)
+        askers.push_back(std::make_unique<Asker>([&, worker] {
+            BoxAnswers own;
+            own.press = false;
+            std::string text;
+            own.in_front = [&text](HWND box) { press_button(box, answer_to(text)); };
+            int good = 0;
+            for (int turn = 0; turn < kBoxes; ++turn) {
+                text = question(worker, turn);
+                const int answer = static_cast<int>(MsgBox::message_box(text.c_str(), 0x100));
+                good += answer == answer_to(text) || answer == IDCANCEL;
+                cancelled += answer == IDCANCEL;
+            }
+            elsewhere += static_cast<int>(own.texts.size());
+            return good;
+        }));
+    EXPECT_TRUE(pump_until_done(askers));
+
+    for (const auto& asker : askers)
+        EXPECT_EQ(asker->answer(), kBoxes);
+    EXPECT_FALSE(::IsWindow(window));
+    EXPECT_GE(answers.texts.size(), std::size_t{kBeforeTheEnd});
+    EXPECT_GT(elsewhere, 0);
+    EXPECT_GT(cancelled, 0);
+    const int shown = static_cast<int>(answers.texts.size()) + elsewhere;
+    EXPECT_LE(shown, kWorkers * kBoxes);
+    EXPECT_GE(shown + cancelled, kWorkers * kBoxes) << "each was answered or cancelled";
 }
 
 TEST_F(GWinAppBoxTest, BoxOfAWorkerWhileABoxIsOpen_ShowsAboveIt)
