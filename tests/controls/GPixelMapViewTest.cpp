@@ -371,7 +371,7 @@ TEST_F(GPixelMapViewTest, Erase_AfterTheWindowGrew_FillsWhatIsNew)
     view.set_map(nullptr, false);
 }
 
-TEST_F(GPixelMapViewTest, ThousandViews_LeaveNothingBehind)
+TEST_F(GPixelMapViewTest, ManyViews_LeaveNothingBehind)
 {
     const auto open_and_close = [] {
         View shown;

@@ -4,8 +4,10 @@
 
 #include <winternl.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <vector>
 
 namespace {
@@ -178,6 +180,12 @@ ResourceCounts count_resources()
             .heap_bytes = count_heap_bytes()};
 }
 
+int leak_turns()
+{
+    const char* const wanted = std::getenv("ZMR_LEAK_TURNS");
+    return wanted == nullptr ? 200 : std::atoi(wanted);
+}
+
 std::string what_leaks(const std::function<void()>& action, int turns, int heap_bytes_per_turn)
 {
     constexpr int kFirstTurns = 20;
@@ -197,6 +205,6 @@ std::string what_leaks(const std::function<void()>& action, int turns, int heap_
     tell_growth(grown, "kernel handles", before.kernel_handles, after.kernel_handles, 0);
     tell_growth(grown, "heap bytes", static_cast<long long>(before.heap_bytes),
                 static_cast<long long>(after.heap_bytes),
-                static_cast<long long>(turns) * heap_bytes_per_turn);
+                std::max(static_cast<long long>(turns) * heap_bytes_per_turn, 4096LL));
     return grown;
 }

@@ -440,7 +440,7 @@ TEST(BufferedPaint, NothingToPaint_DrawsOnTheTargetItself)
     EXPECT_EQ(&buffer.dc(), &canvas.dc);
 }
 
-TEST(CDC, ThousandPaintings_LeaveNothingBehind)
+TEST(CDC, ManyPaintings_LeaveNothingBehind)
 {
     PaintedWindow window;
     ASSERT_TRUE(window.open());

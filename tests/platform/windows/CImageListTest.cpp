@@ -178,7 +178,7 @@ TEST(CImageList, GetSafeHandle_OfANullObject_IsNull)
     EXPECT_EQ(none->GetSafeHandle(), nullptr);
 }
 
-TEST(CImageList, ThousandLists_LeaveNothingBehind)
+TEST(CImageList, ManyLists_LeaveNothingBehind)
 {
     const auto open_and_close = [] {
         CImageList list;

@@ -197,7 +197,7 @@ TEST(VirtualList, AMillionEntries_AsksOnlyForWhatIsInView)
     EXPECT_EQ(list.GetItemCount(), 10);
 }
 
-TEST_F(ListTest, OpenedFilledAndClosedAThousandTimes_NothingIsLeft)
+TEST_F(ListTest, OpenedFilledAndClosedManyTimes_NothingIsLeft)
 {
     CListCtrl other;
     EXPECT_EQ(what_leaks([&] {

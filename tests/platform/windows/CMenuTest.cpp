@@ -374,7 +374,7 @@ TEST(CMenu, OwnerDrawnItemOfAMenuBar_IsMeasuredByItsObject)
     EXPECT_TRUE(bar.RemoveMenu(0, MF_BYPOSITION));  // popup destroys its own handle
 }
 
-TEST(CMenu, ThousandMenus_LeaveNothingBehind)
+TEST(CMenu, ManyMenus_LeaveNothingBehind)
 {
     const auto open_and_close = [] {
         CMenu menu;

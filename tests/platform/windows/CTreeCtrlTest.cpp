@@ -210,7 +210,7 @@ TEST(TreeReflection, TreeIsAskedFirstAndTheParentWhenItLetsGo)
     EXPECT_EQ(parent.calls, std::vector<std::string>{"tree"});
 }
 
-TEST_F(TreeTest, OpenedFilledAndClosedAThousandTimes_NothingIsLeft)
+TEST_F(TreeTest, OpenedFilledAndClosedManyTimes_NothingIsLeft)
 {
     CTreeCtrl other;
     EXPECT_EQ(what_leaks([&] {

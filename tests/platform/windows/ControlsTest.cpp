@@ -312,7 +312,7 @@ TEST_F(Controls, StatusBarControl_PartsAndTexts)
     EXPECT_FALSE(bar.IsSimple());
 }
 
-TEST_F(Controls, OpenedAndClosedAThousandTimes_NothingIsLeft)
+TEST_F(Controls, OpenedAndClosedManyTimes_NothingIsLeft)
 {
     const auto leaks_of = [&](auto& control, auto... arguments) {
         return what_leaks([&] {

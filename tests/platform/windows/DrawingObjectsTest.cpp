@@ -317,7 +317,7 @@ TEST(CRgn, Operations_AnswerAsTheSystemsDo)
     EXPECT_EQ(CRgn::FromHandle(both), &both);
 }
 
-TEST(CGdiObject, ThousandOfEachKind_LeaveNothingBehind)
+TEST(CGdiObject, ManyOfEachKind_LeaveNothingBehind)
 {
     const auto open_and_close = [] {
         CPen pen(PS_SOLID, 2, kRed);

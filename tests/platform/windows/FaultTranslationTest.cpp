@@ -245,17 +245,18 @@ TEST_F(FaultTranslation, PostedMessage_ComesOutOfThePumpAThousandTimes)
 
 TEST_F(FaultTranslation, CreationOfAWindow_ComesOutOfCreateAndLeavesNoWindow)
 {
+    constexpr int kWindows = kTimes / 10;  // one takes milliseconds
     for (const Kind& kind : all_kinds()) {
         int seen = 0;
         int windows = 0;
-        for (int i = 0; i < kTimes; ++i) {
+        for (int i = 0; i < kWindows; ++i) {
             FaultingWindow made;
             made.in_create = true;
             made.fault = kind.run;
             seen += fault_of([&] { static_cast<void>(made.open()); }) == kind.code;
             windows += made.m_hWnd != nullptr;
         }
-        EXPECT_EQ(seen, kTimes) << kind.name;
+        EXPECT_EQ(seen, kWindows) << kind.name;
         EXPECT_EQ(windows, 0) << kind.name;
     }
 }
@@ -364,7 +365,7 @@ TEST_F(FaultTranslation, LastError_OfOtherExceptionsStays)
     EXPECT_EQ(::GetLastError(), 77u);
 }
 
-TEST_F(FaultTranslation, ThousandFaults_KeepNothing)
+TEST_F(FaultTranslation, ManyFaults_KeepNothing)
 {
     for (const Kind& kind : all_kinds()) {
         window_.fault = kind.run;

@@ -221,7 +221,7 @@ TEST_F(ListBoxes, CancelModes_ClosesAListThatIsOpen)
     EXPECT_FALSE(combo.GetDroppedState());
 }
 
-TEST_F(ListBoxes, OpenedFilledAndClosedAThousandTimes_NothingIsLeft)
+TEST_F(ListBoxes, OpenedFilledAndClosedManyTimes_NothingIsLeft)
 {
     CListBox list;
     CComboBox combo;

@@ -124,7 +124,7 @@ TEST_F(ToolTips, Control_ToolsTextsAndForm)
     EXPECT_STREQ(text, "OVR") << "of the string table";
 }
 
-TEST_F(ToolTips, OpenedAndClosedAThousandTimes_NothingIsLeft)
+TEST_F(ToolTips, OpenedAndClosedManyTimes_NothingIsLeft)
 {
     CToolTipCtrl tip;
     EXPECT_EQ(what_leaks([&] {
