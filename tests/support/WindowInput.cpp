@@ -12,7 +12,11 @@ namespace {
 
 constexpr ULONGLONG kLimitMs = 10'000;
 constexpr ULONGLONG kSettleMs = 1'000;
-constexpr DWORD kTurnMs = 5;  // between two questions whether a condition holds
+constexpr ULONGLONG kMenuMs = 1'500;
+constexpr UINT kAnswerMs = 200;
+constexpr DWORD kTurnMs = 5;                   // between two questions whether a condition holds
+constexpr int kLooks = 3;                      // that must find the same, one behind the other
+constexpr const char* kMenuWindow = "#32768";  // the system's class of popups
 
 void send_mouse(DWORD flags, LONG x = 0, LONG y = 0)
 {
@@ -36,21 +40,51 @@ void send_move(CPoint place)
                absolute(place.y, SM_CYSCREEN));
 }
 
-/// Moves the mouse until it stays there: a window that has just come up under it makes the system
-/// tell of where it was before, once more.
-void bring_mouse_to(CPoint place)
+void send_key(WORD code, DWORD flags)
 {
-    const ULONGLONG last = ::GetTickCount64() + kSettleMs;
-    for (int looks = 0; looks < 2 && ::GetTickCount64() < last;) {
-        POINT mouse{};
-        if (::GetCursorPos(&mouse) && CPoint(mouse) == place) {
-            ++looks;
-        } else {
-            send_move(place);
-            looks = 0;
-        }
-        ::Sleep(kTurnMs);
-    }
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = code;
+    input.ki.wScan = static_cast<WORD>(::MapVirtualKey(code, MAPVK_VK_TO_VSC));
+    input.ki.dwFlags = flags;
+    ::SendInput(1, &input, sizeof input);
+}
+
+/// Where input goes now.
+struct InputPlace {
+    HWND front = nullptr;
+    HWND active = nullptr;
+    HWND focus = nullptr;
+    HWND capture = nullptr;
+    HWND menu_owner = nullptr;
+    DWORD loops = 0;  ///< Of the system, as a menu's.
+
+    bool operator==(const InputPlace&) const = default;
+};
+
+InputPlace input_place()
+{
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    if (!::GetGUIThreadInfo(0, &info))
+        return {::GetForegroundWindow()};
+    // A caret that blinks is none of them.
+    const DWORD loops = info.flags & ~static_cast<DWORD>(GUI_CARETBLINKING);
+    return {::GetForegroundWindow(), info.hwndActive,    info.hwndFocus,
+            info.hwndCapture,        info.hwndMenuOwner, loops};
+}
+
+/// Has the thread of the window in front, if it is this program's, take what the system has for
+/// it. False when it gives no answer soon.
+bool front_answers()
+{
+    const HWND front = ::GetForegroundWindow();
+    DWORD process = 0;
+    if (front == nullptr || ::GetWindowThreadProcessId(front, &process) == 0 ||
+        process != ::GetCurrentProcessId())
+        return true;
+    DWORD_PTR answer = 0;
+    return ::SendMessageTimeout(front, WM_NULL, 0, 0, SMTO_NORMAL, kAnswerMs, &answer) != 0;
 }
 
 /// One turn of the thread's message loop, with what is in the queue.
@@ -111,15 +145,64 @@ BOOL CALLBACK take_if_visible(HWND window, LPARAM parameter)
 
 }  // namespace
 
+// The system below tells a program late that a window of its has come or gone. Until it has, keys
+// that are held count as let go, a menu is taken away, and the mouse goes back to where it was.
+void WindowInput::settle(const Player& player)
+{
+    const ULONGLONG last = ::GetTickCount64() + kSettleMs;
+    InputPlace former = input_place();
+    for (int looks = 0; looks < kLooks && !player.over && ::GetTickCount64() < last;) {
+        ::Sleep(kTurnMs);
+        const bool answered = front_answers();
+        const InputPlace place = input_place();
+        looks = answered && place == former ? looks + 1 : 0;
+        former = place;
+    }
+}
+
+void WindowInput::bring_mouse_to(CPoint place, const Player& player)
+{
+    const ULONGLONG last = ::GetTickCount64() + kSettleMs;
+    send_move(place);
+    for (int looks = 0; looks < kLooks && !player.over && ::GetTickCount64() < last;) {
+        ::Sleep(kTurnMs);
+        const bool answered = front_answers();
+        POINT mouse{};
+        if (!::GetCursorPos(&mouse) || CPoint(mouse) != place) {
+            send_move(place);
+            looks = 0;
+        } else if (answered) {
+            ++looks;
+        }
+    }
+}
+
+void WindowInput::press(WORD code, Player& player)
+{
+    if (player.held.empty())
+        settle(player);
+    for (const WORD held : player.held)
+        if ((::GetAsyncKeyState(held) & 0x8000) == 0)
+            send_key(held, 0);  // the system has let it go
+    send_key(code, 0);
+    player.held.push_back(code);
+}
+
+void WindowInput::release(WORD code, Player& player)
+{
+    send_key(code, KEYEVENTF_KEYUP);
+    std::erase(player.held, code);
+}
+
 WindowInput& WindowInput::mouse(DWORD flags)
 {
-    steps_.emplace_back([flags] { send_mouse(flags); });
+    steps_.emplace_back([flags](Player&) { send_mouse(flags); });
     return *this;
 }
 
 WindowInput& WindowInput::move_to(CPoint place)
 {
-    steps_.emplace_back([place] { send_move(place); });
+    steps_.emplace_back([place](Player& player) { bring_mouse_to(place, player); });
     return *this;
 }
 
@@ -145,8 +228,7 @@ WindowInput& WindowInput::release_right()
 
 WindowInput& WindowInput::click(CPoint place)
 {
-    steps_.emplace_back([place] { bring_mouse_to(place); });
-    return press_left().release_left();
+    return move_to(place).press_left().release_left();
 }
 
 WindowInput& WindowInput::double_click(CPoint place)
@@ -156,36 +238,50 @@ WindowInput& WindowInput::double_click(CPoint place)
 
 WindowInput& WindowInput::right_click(CPoint place)
 {
-    steps_.emplace_back([place] { bring_mouse_to(place); });
-    return press_right().release_right();
-}
-
-WindowInput& WindowInput::keyboard(WORD code, DWORD flags)
-{
-    steps_.emplace_back([code, flags] {
-        INPUT input{};
-        input.type = INPUT_KEYBOARD;
-        input.ki.wVk = code;
-        input.ki.wScan = static_cast<WORD>(::MapVirtualKey(code, MAPVK_VK_TO_VSC));
-        input.ki.dwFlags = flags;
-        ::SendInput(1, &input, sizeof input);
-    });
-    return *this;
+    return move_to(place).press_right().release_right();
 }
 
 WindowInput& WindowInput::press_key(WORD code)
 {
-    return keyboard(code, 0);
+    steps_.emplace_back([code](Player& player) { press(code, player); });
+    return *this;
 }
 
 WindowInput& WindowInput::release_key(WORD code)
 {
-    return keyboard(code, KEYEVENTF_KEYUP);
+    steps_.emplace_back([code](Player& player) { release(code, player); });
+    return *this;
 }
 
 WindowInput& WindowInput::key(WORD code)
 {
     return press_key(code).release_key(code);
+}
+
+WindowInput& WindowInput::open_menu(char letter)
+{
+    constexpr int kTries = 6;
+    const WORD code = LOBYTE(::VkKeyScan(letter));
+    steps_.emplace_back([code](Player& player) {
+        const auto is_open = [] { return visible_window(kMenuWindow) != nullptr; };
+        for (int tries = 0; tries < kTries && !player.over; ++tries) {
+            press(VK_MENU, player);
+            press(code, player);
+            release(code, player);
+            release(VK_MENU, player);
+            const ULONGLONG last = ::GetTickCount64() + kMenuMs;
+            while (!is_open() && !player.over && ::GetTickCount64() < last)
+                ::Sleep(kTurnMs);
+            if (is_open())
+                return;
+            settle(player);
+            if ((input_place().loops & GUI_INMENUMODE) != 0) {  // Alt came through alone
+                press(VK_ESCAPE, player);
+                release(VK_ESCAPE, player);
+            }
+        }
+    });
+    return *this;
 }
 
 WindowInput& WindowInput::type(std::string_view text)
@@ -204,9 +300,9 @@ WindowInput& WindowInput::type(std::string_view text)
 
 WindowInput& WindowInput::wait_until(std::function<bool()> condition)
 {
-    steps_.emplace_back([condition = std::move(condition)] {
+    steps_.emplace_back([condition = std::move(condition)](Player& player) {
         const ULONGLONG last = ::GetTickCount64() + kLimitMs;
-        while (!condition() && ::GetTickCount64() < last)
+        while (!condition() && !player.over && ::GetTickCount64() < last)
             ::Sleep(kTurnMs);
     });
     return *this;
@@ -220,8 +316,9 @@ bool WindowInput::play_until(const std::function<bool()>& done)
     const DWORD window_thread = ::GetCurrentThreadId();
     const ULONGLONG last = ::GetTickCount64() + kLimitMs;
     std::jthread player([&] {
+        Player at_play{over, {}};
         for (const Step& step : steps)
-            step();
+            step(at_play);
         played = true;
         while (!over && ::GetTickCount64() < last)
             ::Sleep(kTurnMs);

@@ -3,12 +3,16 @@
 #include "platform/CPoint.h"
 #include "platform/Windows.h"
 
+#include <atomic>
 #include <functional>
 #include <string_view>
 #include <vector>
 
 /// What a person does with mouse and keyboard: a list of steps that a thread of its own hands to
 /// the system as input, while the calling thread dispatches its messages. Windows programs only.
+/// As a person does, it waits until windows that come and go have done so: a key or a button comes
+/// when the window in front has answered several times and nothing has changed meanwhile, a second
+/// at most; the mouse is moved until it stays where it should.
 ///     EXPECT_TRUE(WindowInput().click(place).key('A').play_until([&] { return edit.GetModify();
 ///     }));
 class WindowInput {
@@ -27,6 +31,8 @@ public:
     /// these do one of both.
     WindowInput& press_key(WORD code);
     WindowInput& release_key(WORD code);
+    /// Alt with the letter of a menu in the bar, again where it was lost, until the menu is open.
+    WindowInput& open_menu(char letter);
     /// Letters, digits and spaces, as the keys that have them.
     WindowInput& type(std::string_view text);
     /// Goes on when the condition holds, which is asked on the thread of the steps.
@@ -38,9 +44,16 @@ public:
     [[nodiscard]] bool play_until(const std::function<bool()>& done);
 
 private:
-    using Step = std::function<void()>;
+    struct Player {
+        const std::atomic<bool>& over;  ///< Nobody waits for the rest.
+        std::vector<WORD> held;         ///< Keys, in the order in which they were pressed.
+    };
+    using Step = std::function<void(Player&)>;
     WindowInput& mouse(DWORD flags);
-    WindowInput& keyboard(WORD code, DWORD flags);
+    static void settle(const Player& player);
+    static void bring_mouse_to(CPoint place, const Player& player);
+    static void press(WORD code, Player& player);
+    static void release(WORD code, Player& player);
 
     std::vector<Step> steps_;
 };

@@ -196,9 +196,7 @@ TEST_F(FrameTest, Prompts_FollowTheChoiceInAMenuOpenedByKeys)
 
     EXPECT_TRUE(WindowInput()
                     .click(middle_of(frame.m_hWnd))
-                    .press_key(VK_MENU)
-                    .key('F')
-                    .release_key(VK_MENU)
+                    .open_menu('F')
                     .wait_until(bar_shows("Opens a library"))
                     .key(VK_DOWN)
                     .wait_until(bar_shows("Closes it"))
@@ -518,10 +516,7 @@ TEST_F(FrameTest, HelpKeyInAnOpenMenu_AsksAboutTheChoice)
     const std::string wanted = "help " + std::to_string(HID_BASE_COMMAND + kOpen);
     EXPECT_TRUE(WindowInput()
                     .click(middle_of(frame.m_hWnd))
-                    .press_key(VK_MENU)
-                    .key('F')
-                    .release_key(VK_MENU)
-                    .wait_until([] { return visible_window(kMenuWindow) != nullptr; })
+                    .open_menu('F')
                     .key(VK_F1)
                     .wait_until([&] { return frame.help_calls > 0; })
                     .key(VK_ESCAPE)
@@ -551,7 +546,7 @@ TEST_F(FrameTest, HelpContext_OfTheFrameAndOfTheChoice)
     EXPECT_FALSE(frame.m_bHelpMode);
 }
 
-TEST(Frame, OpenedAndClosedAThousandTimes_NothingIsLeft)
+TEST(Frame, OpenedAndClosedManyTimes_NothingIsLeft)
 {
     EXPECT_EQ(what_leaks([] {
                   auto* const frame = new CFrameWnd;

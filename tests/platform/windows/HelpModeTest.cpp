@@ -219,14 +219,8 @@ TEST_F(HelpMode, ClickOnMenu_OpensItAndTheChoiceAsks)
 
 TEST_F(HelpMode, ChoiceByKeys_Asks)
 {
-    EXPECT_TRUE(
-        enter()
-            .press_key(VK_MENU)
-            .key('F')
-            .release_key(VK_MENU)
-            .wait_until([] { return visible_window(kMenuWindow) != nullptr; })
-            .key('O')
-            .play_until([&] { return is_over_with(help_about(HID_BASE_COMMAND + kOpen)); }));
+    EXPECT_TRUE(enter().open_menu('F').key('O').play_until(
+        [&] { return is_over_with(help_about(HID_BASE_COMMAND + kOpen)); }));
 
     EXPECT_EQ(std::ranges::count(frame.calls, "open"), 0);
 }
@@ -236,10 +230,7 @@ TEST_F(HelpMode, MenuClosedWithoutChoice_ModeGoesOn)
     bool still_on = false;
 
     EXPECT_TRUE(enter()
-                    .press_key(VK_MENU)
-                    .key('F')
-                    .release_key(VK_MENU)
-                    .wait_until([] { return visible_window(kMenuWindow) != nullptr; })
+                    .open_menu('F')
                     .key(VK_ESCAPE)
                     .key(VK_ESCAPE)
                     .wait_until([] { return visible_window(kMenuWindow) == nullptr; })
