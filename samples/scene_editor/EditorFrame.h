@@ -70,6 +70,8 @@ protected:
     LRESULT OnResultsWait(WPARAM, LPARAM);
     LRESULT OnIdle(WPARAM disable, LPARAM);
     LRESULT OnStatusText(WPARAM line, LPARAM);
+    /// One press of the key asks once.
+    BOOL OnHelpInfo(HELPINFO* help);
     LRESULT OnHelpHitTest(WPARAM unused, LPARAM point);
     LRESULT OnCommandHelp(WPARAM unused, LPARAM topic);
 
@@ -226,6 +228,7 @@ private:
     std::string title_;
     std::string name_under_mouse_;  ///< As it was told last.
     double told_grid_ = 0;          ///< 0 for none.
+    LONG help_asked_at_ = 0;        ///< The time of the message that asked for help last.
 
     std::unique_ptr<editor::LibraryWorker> worker_;
     std::string file_;  ///< Empty when no library is open.

@@ -8,6 +8,8 @@
 
 #include <windowsx.h>
 
+#include <utility>
+
 LRESULT EditorFrame::OnStatusText(WPARAM line, LPARAM)
 {
     return MsgBox::ProseedUpdateSBMessage(static_cast<unsigned>(line));
@@ -48,6 +50,21 @@ LPARAM EditorFrame::help_topic_of(HWND window) const
         return static_cast<LPARAM>(topic);
     }
     return 0;
+}
+
+// Some systems tell of a press twice: message boxes while they deal with one message, menus by a
+// message for the key itself behind their own.
+BOOL EditorFrame::OnHelpInfo(HELPINFO* help)
+{
+    constexpr UINT kHelpKey = 0x4D;
+    if (help != nullptr && help->iContextType == HELPINFO_MENUITEM) {
+        MSG same_press{};
+        ::PeekMessage(&same_press, nullptr, kHelpKey, kHelpKey, PM_REMOVE);
+    }
+    const LONG now = ::GetMessageTime();
+    if (std::exchange(help_asked_at_, now) == now)
+        return TRUE;
+    return CFrameWnd::OnHelpInfo(help);
 }
 
 LRESULT EditorFrame::OnHelpHitTest(WPARAM unused, LPARAM point)
