@@ -32,7 +32,10 @@ GResourceFullName mediator_name(const DirectoryPath& path, std::string_view name
 
 std::string in_quotes(std::string_view name)
 {
-    return "\"" + std::string(name) + "\"";
+    std::string text("\"");
+    text += name;
+    text += '"';
+    return text;
 }
 
 std::string path_text(const GResourcePath& path, std::string_view name)
