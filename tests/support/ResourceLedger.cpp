@@ -205,6 +205,6 @@ std::string what_leaks(const std::function<void()>& action, int turns, int heap_
     tell_growth(grown, "kernel handles", before.kernel_handles, after.kernel_handles, 0);
     tell_growth(grown, "heap bytes", static_cast<long long>(before.heap_bytes),
                 static_cast<long long>(after.heap_bytes),
-                std::max(static_cast<long long>(turns) * heap_bytes_per_turn, 4096LL));
+                std::max(static_cast<long long>(turns) * heap_bytes_per_turn, 2048LL));
     return grown;
 }

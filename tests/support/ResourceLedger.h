@@ -22,7 +22,7 @@ struct ResourceCounts {
 
 /// Runs `action` some times, counts, runs it `turns` times more and counts again. Says what grew,
 /// line by line, and nothing when nothing did. The first runs may fill what the system keeps for
-/// good; of the heap, growth up to `heap_bytes_per_turn`, and up to 4 KiB in all, counts as
+/// good; of the heap, growth up to `heap_bytes_per_turn`, and up to 2 KiB in all, counts as
 /// nothing, because it holds what others of the process do as well.
 ///     EXPECT_EQ(what_leaks([] { CFont font; font.CreatePointFont(90, "Tahoma"); }), "");
 [[nodiscard]] std::string what_leaks(const std::function<void()>& action, int turns = leak_turns(),

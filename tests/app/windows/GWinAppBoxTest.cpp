@@ -275,8 +275,9 @@ TEST_F(GWinAppBoxTest, MainWindowThatClosesUnderBoxesOfManyWorkers_NoneIsLeftWai
         else
             press_button(box, answer_to(answers.texts.back()));
     };
+    std::atomic<int> asked = 0;
     std::atomic<int> cancelled = 0;
-    std::atomic<int> elsewhere = 0;  // shown in a worker's own thread
+    std::atomic<int> elsewhere = 0;  // shown in the thread of a worker that came too late
     std::vector<std::unique_ptr<Asker>> askers;
     for (int worker = 0; worker < kWorkers; ++worker)
         askers.push_back(std::make_unique<Asker>([&, worker] {
@@ -284,27 +285,27 @@ TEST_F(GWinAppBoxTest, MainWindowThatClosesUnderBoxesOfManyWorkers_NoneIsLeftWai
             own.press = false;
             std::string text;
             own.in_front = [&text](HWND box) { press_button(box, answer_to(text)); };
-            int good = 0;
-            for (int turn = 0; turn < kBoxes; ++turn) {
+            int wrong = 0;
+            for (int turn = 0; turn < kBoxes && ::IsWindow(window); ++turn) {
                 text = question(worker, turn);
                 const int answer = static_cast<int>(MsgBox::message_box(text.c_str(), 0x100));
-                good += answer == answer_to(text) || answer == IDCANCEL;
+                ++asked;
                 cancelled += answer == IDCANCEL;
+                wrong += answer != answer_to(text) && answer != IDCANCEL;
             }
             elsewhere += static_cast<int>(own.texts.size());
-            return good;
+            return wrong;
         }));
     EXPECT_TRUE(pump_until_done(askers));
 
     for (const auto& asker : askers)
-        EXPECT_EQ(asker->answer(), kBoxes);
+        EXPECT_EQ(asker->answer(), 0);
     EXPECT_FALSE(::IsWindow(window));
     EXPECT_GE(answers.texts.size(), std::size_t{kBeforeTheEnd});
-    EXPECT_GT(elsewhere, 0);
     EXPECT_GT(cancelled, 0);
     const int shown = static_cast<int>(answers.texts.size()) + elsewhere;
-    EXPECT_LE(shown, kWorkers * kBoxes);
-    EXPECT_GE(shown + cancelled, kWorkers * kBoxes) << "each was answered or cancelled";
+    EXPECT_LE(shown, asked);
+    EXPECT_GE(shown + cancelled, asked) << "each was answered or cancelled";
 }
 
 TEST_F(GWinAppBoxTest, BoxOfAWorkerWhileABoxIsOpen_ShowsAboveIt)
