@@ -64,6 +64,7 @@ int write_movie(const char* model_file, const char* movie_file)
         return refuse(model_file, "it is no model");
     static_cast<void>(model.release());  // the scene's now
     document.scene()->view_all();
+    document.root()->set_current(nullptr);  // no outline
     const std::string movie = film(*document.scene(), *item);
     std::ofstream out(movie_file, std::ios::binary);
     out.write(movie.data(), static_cast<std::streamsize>(movie.size()));
