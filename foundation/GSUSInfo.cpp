@@ -1,10 +1,11 @@
 #include "foundation/GSUSInfo.h"
 
+#include <atomic>
 #include <cmath>
 
 namespace {
 
-constinit double g_input_scale = 1.0;
+constinit std::atomic<double> g_input_scale = 1.0;  // each load of an object sets it
 constinit double g_view_scale = 1.0;
 constinit bool g_view_scale_set = false;
 

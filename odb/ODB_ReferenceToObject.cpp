@@ -155,13 +155,6 @@ void ODB_ReferenceToObject::store_object(const GStreamable* object)
         set_object_class_name(host->get_object_class_name());
 }
 
-bool ODB_ReferenceToObject::leads_elsewhere() const
-{
-    const ODB_Mediator* const host = get_host_mediator();
-    return host != nullptr && host->get_DB() != nullptr && get_DB() != nullptr &&
-           host->get_DB()->server != get_DB()->server;
-}
-
 GStreamable* ODB_ReferenceToObject::get_object()
 {
     ODB_Mediator* const host = get_host_mediator();

@@ -40,8 +40,6 @@ public:
     void unload_icon() override;
     [[nodiscard]] bool has_icon() const override;
 
-    /// True when the host lies in another library than this reference.
-    [[nodiscard]] bool leads_elsewhere() const;
     /// The file of the library that the target lies in; empty when that is this library and the
     /// reference is detached.
     [[nodiscard]] GFile get_referenced_DB_filename() const;

@@ -7,7 +7,6 @@
 #include "odb/ODB_InternalObject.h"
 #include "odb/ODB_MediatorsArray.h"
 #include "odb/ODB_Options.h"
-#include "odb/ODB_ReferenceToObject.h"
 #include "store/GResourceIterators.h"
 #include "store/ResourceFileServer.h"
 
@@ -202,10 +201,10 @@ GStreamable* ObjectDatabase::get_object(const GResourceFullName& name)
         prepare_conversions(place);
         return convert(mediator->get_object(), place);
     };
-    const auto* const reference = zmr::class_cast<ODB_ReferenceToObject>(mediator);
-    // What lies in another library is loaded under that library's lock alone: with this one's held,
-    // two threads that load in opposite directions would wait for each other for ever.
-    if (reference != nullptr && reference->leads_elsewhere())
+    // What a reference leads to is looked for without a lock held, and loaded under the lock of the
+    // library that it lies in: with this one's held as well, two threads that load in opposite
+    // directions between two libraries would wait for each other for ever.
+    if (mediator->is_reference())
         return load();
     const GSingleLock locked(server->lock);
     return load();

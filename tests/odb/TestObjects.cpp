@@ -9,9 +9,9 @@ G_DEFINE_CLASS(TestNote, GStreamable);
 G_DEFINE_CLASS(TestRating, ODB_ObjectAttribute);
 G_DEFINE_CLASS(TestPhantom, ODB_Mediator);
 
-int TestNote::alive = 0;
-int TestNote::reads = 0;
-int TestRating::alive = 0;
+std::atomic<int> TestNote::alive = 0;
+std::atomic<int> TestNote::reads = 0;
+std::atomic<int> TestRating::alive = 0;
 
 void TestNote::read(ipstream& in)
 {

@@ -7,6 +7,8 @@
 #include "odb/ObjectDatabase.h"
 #include "tests/TemporaryFolder.h"
 
+#include <atomic>
+
 /// An object to put into a database: a text.
 class TestNote : public GStreamable {
     G_DECLARE_CLASS(TestNote)
@@ -20,8 +22,8 @@ public:
     void read(ipstream& in) override;
     void write(opstream& out) override;
 
-    static int alive;
-    static int reads;  ///< Objects read since the process began.
+    static std::atomic<int> alive;
+    static std::atomic<int> reads;  ///< Objects read since the process began.
 
 private:
     GString note_;
@@ -39,7 +41,7 @@ public:
     void read(ipstream& in) override;
     void write(opstream& out) override;
 
-    static int alive;
+    static std::atomic<int> alive;
     int stars = 0;
 };
 
