@@ -5,6 +5,7 @@
 #include "responder/GBehaviour.h"
 #include "responder/GResponder.h"
 #include "scene_editor/core/CountsText.h"
+#include "scene_editor/core/LibraryPaths.h"
 #include "scene_interface/SceneItem.h"
 
 #include <array>
@@ -127,7 +128,7 @@ std::optional<std::string> set_property(GResponder& object, Property property,
     }
     const std::optional<double> value = number_of(text);
     if (!value)
-        return "\"" + std::string(text) + "\" is no number.";
+        return in_quotes(text) + " is no number.";
     scene::Place place = item->place();
     switch (property) {
         case Property::X:
