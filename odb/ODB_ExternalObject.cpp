@@ -107,15 +107,19 @@ void ODB_ExternalObject::set_DB(ObjectDatabase* database)
 void ODB_ExternalObject::store_object(const GStreamable* object)
 {
     ODB_Mediator::store_object(object);
-    make_filename(place_, false);
-    if (object != nullptr) {
-        if (get_DB() != nullptr)
-            get_DB()->keep_place(place_);
-        static_cast<void>(place_.put(const_cast<GStreamable*>(object), false));  // it only reads
+    const bool writes = may_write();
+    if (writes)
+        make_filename(place_, false);
+    if (object == nullptr) {
+        const GMetaClass* const stored = place_.get_class();
+        set_object_class_name(stored == nullptr ? GString() : GString(stored->name));
         return;
     }
-    const GMetaClass* const stored = place_.get_class();
-    set_object_class_name(stored == nullptr ? GString() : GString(stored->name));
+    if (!writes)
+        return;
+    if (get_DB() != nullptr)
+        get_DB()->keep_place(place_);
+    static_cast<void>(place_.put(const_cast<GStreamable*>(object), false));  // it only reads
 }
 
 GStreamable* ODB_ExternalObject::get_object()
@@ -129,6 +133,11 @@ void ODB_ExternalObject::remove_object()
     give_up_place(place_);
 }
 
+bool ODB_ExternalObject::may_write() const
+{
+    return get_DB() == nullptr || get_DB()->is_writable();
+}
+
 void ODB_ExternalObject::give_up_place(const GObjectPlace& place)
 {
     if (get_DB() != nullptr)
@@ -140,6 +149,8 @@ void ODB_ExternalObject::give_up_place(const GObjectPlace& place)
 void ODB_ExternalObject::copy_object_from(ODB_Mediator& source)
 {
     ODB_Mediator::copy_object_from(source);
+    if (!may_write())
+        return;
     const auto& original = static_cast<ODB_ExternalObject&>(source);
     // An equal mediator that this copy is about to replace keeps no file behind.
     const GObjectPlace resolved = place_;

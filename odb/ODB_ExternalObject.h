@@ -53,7 +53,7 @@ protected:
     ~ODB_ExternalObject() override;
 
     /// Writes to the place if it is a file that can be used, else to a new one. A null object takes
-    /// the class of what is there.
+    /// the class of what is there. Writes nothing when the library can't be written.
     void store_object(const GStreamable* object) override;
     void remove_object() override;
     /// Copies into a new file: two mediators never come to share one by copying.
@@ -63,6 +63,8 @@ protected:
 
 private:
     explicit ODB_ExternalObject(StreamableInit) {}
+    /// False when the library can't be written: then no file of its objects is touched either.
+    [[nodiscard]] bool may_write() const;
     void give_up_place(const GObjectPlace& place);
 
     GObjectPlace place_;

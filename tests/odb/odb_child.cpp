@@ -3,6 +3,8 @@
 // and a reference to what the other one added before, reads all, closes, and prints "round N"; what
 // goes wrong is its last line. It ends at the line "end".
 //
+// odb_child hold FILE: opens the library for writing, prints "held" and lets go at the next line.
+//
 // odb_child across FIRST SECOND: makes two libraries with a reference to each other and loads
 // through both at once, each on a thread of its own that stops half-way until the other is there.
 // Prints "loaded", or "stuck" when they wait for each other.
@@ -110,10 +112,24 @@ int load_across(const std::array<std::string, 2>& files)
     return loaded ? 0 : 1;
 }
 
+int hold(const char* file)
+{
+    const ObjectDatabase database(file, GIO::OpenReadWrite);
+    if (database.server == nullptr) {
+        std::cout << database.open_error().text << std::endl;
+        return 1;
+    }
+    std::cout << "held" << std::endl;
+    std::string line;
+    return std::getline(std::cin, line) ? 0 : 1;
+}
+
 }  // namespace
 
 int main(int count, char** words)
 {
+    if (count == 3 && words[1] == std::string("hold"))
+        return hold(words[2]);
     if (count == 4 && words[1] == std::string("across"))
         return load_across({words[2], words[3]});
     if (count != 3)
