@@ -322,6 +322,8 @@ LRESULT EditorFrame::OnExitSizeMove(WPARAM, LPARAM)
 
 BOOL EditorFrame::PreTranslateMessage(MSG* message)
 {
+    if (is_answered_help_key(*message))
+        return TRUE;
     if (message->message == WM_KEYDOWN && ::GetKeyState(VK_CONTROL) >= 0) {
         if (message->wParam == VK_TAB) {
             go_to_next_pane(::GetKeyState(VK_SHIFT) < 0);

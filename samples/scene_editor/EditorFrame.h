@@ -146,6 +146,8 @@ private:
     void use_settings();
     void keep_settings();
 
+    /// The message of a press that a menu has asked for help by; one of another key ends that.
+    [[nodiscard]] bool is_answered_help_key(const MSG& message);
     void show_name_under_mouse();
     void show_grid();
     /// Of the pane that the window is or lies in, which is noted as the one that asks; 0 outside.
@@ -228,7 +230,8 @@ private:
     std::string title_;
     std::string name_under_mouse_;  ///< As it was told last.
     double told_grid_ = 0;          ///< 0 for none.
-    LONG help_asked_at_ = 0;        ///< The time of the message that asked for help last.
+    bool is_help_key_answered_ = false;
+    LONG help_asked_at_ = 0;  ///< The time of the message that asked for help last.
 
     std::unique_ptr<editor::LibraryWorker> worker_;
     std::string file_;  ///< Empty when no library is open.

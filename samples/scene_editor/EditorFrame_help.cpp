@@ -53,18 +53,22 @@ LPARAM EditorFrame::help_topic_of(HWND window) const
 }
 
 // Some systems tell of a press twice: message boxes while they deal with one message, menus by a
-// message for the key itself behind their own.
+// message for the key itself, which comes when they are gone.
 BOOL EditorFrame::OnHelpInfo(HELPINFO* help)
 {
-    constexpr UINT kHelpKey = 0x4D;
-    if (help != nullptr && help->iContextType == HELPINFO_MENUITEM) {
-        MSG same_press{};
-        ::PeekMessage(&same_press, nullptr, kHelpKey, kHelpKey, PM_REMOVE);
-    }
+    is_help_key_answered_ = help != nullptr && help->iContextType == HELPINFO_MENUITEM;
     const LONG now = ::GetMessageTime();
     if (std::exchange(help_asked_at_, now) == now)
         return TRUE;
     return CFrameWnd::OnHelpInfo(help);
+}
+
+bool EditorFrame::is_answered_help_key(const MSG& message)
+{
+    constexpr UINT kHelpKey = 0x4D;
+    if (message.message == WM_KEYDOWN)
+        is_help_key_answered_ = false;
+    return message.message == kHelpKey && std::exchange(is_help_key_answered_, false);
 }
 
 LRESULT EditorFrame::OnHelpHitTest(WPARAM unused, LPARAM point)
