@@ -15,11 +15,12 @@
 #include "store/ResourceFileServer.h"
 
 #include <array>
-#include <barrier>
 #include <chrono>
+#include <condition_variable>
 #include <cstdlib>
 #include <future>
 #include <iostream>
+#include <mutex>
 #include <string>
 
 namespace {
@@ -61,11 +62,27 @@ std::string one_round(const std::string& own, const std::string& other, long& ro
     return {};
 }
 
+/// Where two threads wait for each other.
+class Meeting {
+public:
+    void arrive_and_wait()
+    {
+        std::unique_lock lock(mutex_);
+        ++arrived_;
+        both_are_there_.notify_all();
+        both_are_there_.wait(lock, [this] { return arrived_ >= 2; });
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable both_are_there_;
+    int arrived_ = 0;
+};
+
 /// A reference whose loading waits for the other thread before it goes to its host.
 class MeetingReference : public ODB_ReferenceToObject {
 public:
-    MeetingReference(const std::string& file, const GResourceFullName& target,
-                     std::barrier<>& meeting)
+    MeetingReference(const std::string& file, const GResourceFullName& target, Meeting& meeting)
         : ODB_ReferenceToObject(file.c_str(), target), meeting_(meeting)
     {
     }
@@ -77,13 +94,13 @@ public:
     }
 
 private:
-    std::barrier<>& meeting_;
+    Meeting& meeting_;
 };
 
 int load_across(const std::array<std::string, 2>& files)
 {
     constexpr auto kLongEnough = std::chrono::seconds(60);
-    std::barrier meeting(2);
+    Meeting meeting;
     std::array<ObjectDatabase, 2> libraries;
     TestNote note("the other's");
     for (std::size_t i = 0; i < 2; ++i) {
