@@ -1,10 +1,13 @@
 #include "tests/tools/ToolTest.h"
 
+#include "odb/ODB_Mediator.h"
+#include "odb/ODB_Options.h"
 #include "odb/ObjectDatabase.h"
 
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <memory>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -117,6 +120,55 @@ TEST_F(OdbCheck, IconOfNoObject_IsFoundAndRemovedWhenAsked)
 
     EXPECT_EQ(fixed["fixed"], 1);
     EXPECT_EQ(run(0, {"check", library()}).out, "nothing amiss\n");
+}
+
+TEST_F(OdbCheck, ContentOfNoEntry_GetsOneWhenAskedAndKeepsItsIcon)
+{
+    make_library();
+    const auto before = paths();
+    {
+        ObjectDatabase database(library().c_str(), GIO::OpenReadWrite);
+        database.remove(GResourceFullName(GResourcePath(), GString("badge.png"),
+                                          ObjectDatabase::MediatorResourceType));
+    }
+    ASSERT_NE(paths(), before);
+    const nlohmann::json found = run_json(1, {"check", library()});
+    ASSERT_EQ(found["found"].size(), 2u);  // its icon has no object either
+    EXPECT_EQ(found["found"][0]["kind"], "entry");
+
+    const nlohmann::json fixed = run_json(0, {"check", library(), "--fix"});
+
+    EXPECT_EQ(fixed["fixed"], 1);
+    EXPECT_EQ(paths(), before);
+    ObjectDatabase database(library().c_str(), GIO::OpenRead);
+    ODB_Mediator* const mediator = database.get_mediator(GString("badge.png"));
+    ASSERT_NE(mediator, nullptr);
+    EXPECT_EQ(mediator->get_object_class_name(), "PixelMap");
+    EXPECT_TRUE(mediator->has_icon());
+    const std::unique_ptr<GStreamable> object(mediator->get_object());
+    EXPECT_NE(object, nullptr);
+}
+
+TEST_F(OdbCheck, EntryThatTellsAnotherClass_TakesThatOfItsObjectWhenAsked)
+{
+    make_library();
+    {
+        ObjectDatabase database(library().c_str(), GIO::OpenReadWrite);
+        ODB_Options other;
+        database.put(&other, GString("badge.png"), GString(".ODB default object's resource type"),
+                     false);
+    }
+    const nlohmann::json found = run_json(1, {"check", library()});
+    ASSERT_EQ(found["found"].size(), 1u);
+    EXPECT_EQ(found["found"][0]["kind"], "class");
+    EXPECT_EQ(found["found"][0]["reason"], "it holds ODB_Options, not PixelMap");
+
+    EXPECT_EQ(run_json(0, {"check", library(), "--fix"})["fixed"], 1);
+
+    EXPECT_EQ(run(0, {"check", library()}).out, "nothing amiss\n");
+    ObjectDatabase database(library().c_str(), GIO::OpenRead);
+    EXPECT_EQ(database.get_mediator(GString("badge.png"))->get_object_class_name(), "ODB_Options");
+    EXPECT_TRUE(database.get_mediator(GString("badge.png"))->has_icon());
 }
 
 TEST_F(OdbCheck, MissingContent_IsFound)

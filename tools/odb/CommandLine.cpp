@@ -214,7 +214,7 @@ void CommandLine::add_caring()
                           "Looks for references without a target, missing files of objects, and "
                           "what belongs to no object",
                           request_.check, odb::check);
-    check->add_flag("--fix", request_.check.fix, "Removes icons that no object has");
+    check->add_flag("--fix", request_.check.fix, "Mends what can be mended without loss");
 }
 
 }  // namespace odb

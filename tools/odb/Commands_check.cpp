@@ -4,6 +4,7 @@
 #include "odb/ODB_MediatorsArray.h"
 #include "odb/ODB_ReferenceToObject.h"
 #include "odb/ObjectDatabase.h"
+#include "store/GObjectPlace.h"
 #include "store/GResourceIterators.h"
 #include "tools/odb/Browse.h"
 #include "tools/odb/Commands.h"
@@ -13,6 +14,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <cstdint>
 #include <memory>
 
 namespace odb {
@@ -37,6 +39,7 @@ public:
                 return false;
             check_object(mediators.at(i));
         }
+        check_contents(path);
         check_icons(path);
         return true;
     }
@@ -56,6 +59,11 @@ public:
     [[nodiscard]] bool all_is_well() const { return found_ == fixed_; }
 
 private:
+    // What was done about it. References and missing files are never touched: what they name may
+    // come back, and without its name it could not.
+    enum class Mend : std::uint8_t { No, Removed, Mended };
+    [[nodiscard]] Mend when_fixing(Mend mend) const { return arguments_.fix ? mend : Mend::No; }
+
     void check_object(ODB_Mediator& mediator)
     {
         const EntryName entry{mediator.get_DB_resname().path(), mediator.get_DB_key()};
@@ -77,14 +85,14 @@ private:
             const GResourceFullName target = current->get_referenced_object_resname();
             auto next = std::make_unique<ObjectDatabase>(file.text, GIO::OpenRead);
             if (next->server == nullptr) {
-                add(entry, "reference", fmt::format("{} can't be opened", file.view()), false);
+                add(entry, "reference", fmt::format("{} can't be opened", file.view()), Mend::No);
                 return;
             }
             const ODB_Mediator* const host = next->get_mediator(target);
             if (host == nullptr) {
                 const EntryName missing{target.path(), target.name};
                 add(entry, "reference",
-                    fmt::format("there is no \"{}\" in {}", missing.text(), file.view()), false);
+                    fmt::format("there is no \"{}\" in {}", missing.text(), file.view()), Mend::No);
                 return;
             }
             current = zmr::class_cast<ODB_ReferenceToObject>(host);
@@ -92,20 +100,58 @@ private:
                 return;
             opened = std::move(next);
         }
-        add(entry, "reference", "it leads in a circle", false);
+        add(entry, "reference", "it leads in a circle", Mend::No);
     }
 
-    void check_file(const EntryName& entry, const ODB_ExternalObject& external)
+    void check_file(const EntryName& entry, ODB_ExternalObject& external)
     {
         const GFile file = external.get_filename();
-        if (!file.is_empty() && !file.exists())
-            add(entry, "file", fmt::format("{} is missing", file.view()), false);
+        if (file.is_empty())
+            return;
+        if (!file.exists())
+            add(entry, "file", fmt::format("{} is missing", file.view()), Mend::No);
+        else if (const GMetaClass* const stored = external.get_place().get_class())
+            check_class(entry, external, GString(stored->name));
     }
 
     void check_content(const EntryName& entry, ODB_InternalObject& internal)
     {
-        if (!database_.exist(internal.get_resource_name()))
-            add(entry, "object", "its content is missing", false);
+        const GResourceFullName content = internal.get_resource_name();
+        if (!database_.exist(content)) {
+            add(entry, "object", "its content is missing", Mend::No);
+            return;
+        }
+        char* const stored = database_.read_class_name(content);
+        if (stored != nullptr)
+            check_class(entry, internal, GString(stored));
+        gfreestr(stored);
+    }
+
+    // The entry tells the class of its object, so that nobody has to read that.
+    void check_class(const EntryName& entry, ODB_Mediator& mediator, const GString& stored)
+    {
+        const GString told = mediator.get_object_class_name();
+        if (told == stored)
+            return;
+        if (arguments_.fix)  // without an object the entry takes the class of what is there
+            database_.append_object(nullptr, mediator.get_DB_resname(), &mediator);
+        add(entry, "class", fmt::format("it holds {}, not {}", stored.view(), told.view()),
+            when_fixing(Mend::Mended));
+    }
+
+    // Contents that no entry leads to get one.
+    void check_contents(const GResourcePath& path)
+    {
+        const GResourceFullName pattern(path, GString(),
+                                        ODB_InternalObject::GetDefaultResourceType());
+        for (GResourceIterator content(database_, pattern); content.index >= 0; --content) {
+            const EntryName entry{path, content.element()};
+            if (database_.object_exists(entry.path, entry.name))
+                continue;
+            if (arguments_.fix)
+                database_.append_object(nullptr, entry.path, entry.name, nullptr);
+            add(entry, "entry", "its content has none", when_fixing(Mend::Mended));
+        }
     }
 
     // Icons outlive the objects that they belong to.
@@ -118,17 +164,21 @@ private:
                 continue;
             if (arguments_.fix)
                 database_.remove(entry.of_type(ObjectDatabase::ODB_IconResourceType));
-            add(entry, "icon", "no object has it", arguments_.fix);
+            add(entry, "icon", "no object has it", when_fixing(Mend::Removed));
         }
     }
 
-    void add(const EntryName& entry, const char* kind, const std::string& reason, bool fixed)
+    void add(const EntryName& entry, const char* kind, const std::string& reason, Mend mend)
     {
+        const bool fixed = mend != Mend::No;
+        const char* const done = mend == Mend::Removed  ? " (removed)"
+                                 : mend == Mend::Mended ? " (mended)"
+                                                        : "";
         ++found_;
         fixed_ += fixed ? 1 : 0;
         if (style_ == Style::Text) {
             print(fmt::format("{}: {}: {}{}\n", printable(entry.text()), kind, printable(reason),
-                              fixed ? " (removed)" : ""));
+                              done));
             return;
         }
         if (found_ == 1)
