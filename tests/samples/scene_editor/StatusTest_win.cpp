@@ -27,6 +27,12 @@ protected:
     {
         editor.emplace(words);
         ASSERT_TRUE(editor->has_window());
+        // It is seen a moment before its panes have their places.
+        ASSERT_TRUE(EditorDriver::wait_for([this] {
+            RECT area{};
+            ::GetClientRect(editor->control(IDC_SCENE), &area);
+            return ::IsRectEmpty(&area) == FALSE;
+        }));
     }
     [[nodiscard]] HWND bar() const { return editor->control(AFX_IDW_STATUS_BAR); }
     [[nodiscard]] HWND line(int id) const { return ::GetDlgItem(bar(), id); }
