@@ -6,7 +6,7 @@ zmr_packages=(
     g++-mingw-w64-x86-64-posix libz-mingw-w64-dev
     wine wine64 fonts-wine fonts-liberation xvfb xauth
     googletest zlib1g-dev libpng-dev libjpeg62-turbo-dev libgif-dev libtiff-dev
-    libutfcpp-dev libcli11-dev nlohmann-json3-dev libfmt-dev libxxhash-dev
+    libutfcpp-dev libcli11-dev nlohmann-json3-dev libfmt-dev libxxhash-dev fp-utils
 )
 
 # zmr_install_packages NAME...: installs what is missing, as root or through sudo.
