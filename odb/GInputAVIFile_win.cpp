@@ -1,5 +1,6 @@
 #include "odb/GInputAVIFile.h"
 
+#include "odb/ShortMovieName.h"
 #include "platform/Windows.h"
 
 #include <vfw.h>
@@ -7,7 +8,9 @@
 GInputAVIFile::GInputAVIFile(const char* name)
 {
     ::AVIFileInit();
-    if (::AVIFileOpenA(&handle, name, OF_READ | OF_SHARE_DENY_NONE, nullptr) != AVIERR_OK)
+    const zmr::ShortMovieName short_name(name);
+    if (::AVIFileOpenA(&handle, short_name.text(), OF_READ | OF_SHARE_DENY_NONE, nullptr) !=
+        AVIERR_OK)
         handle = nullptr;
 }
 

@@ -2,6 +2,7 @@
 
 #include "foundation/GException.h"
 #include "odb/MovieName.h"
+#include "odb/ShortMovieName.h"
 
 #include <algorithm>
 #include <limits>
@@ -12,7 +13,9 @@ std::unique_ptr<MovieReader> MovieReader::Open(const char* movie_name)
 {
     GFile file;
     GResourceFullName name;
-    if (!parse_movie_name(movie_name, file, name))
+    GString full_name = movie_name;
+    ShortMovieName::Find(movie_name, full_name);
+    if (!parse_movie_name(full_name.text, file, name))
         return nullptr;
     std::unique_ptr<MovieReader> reader(new MovieReader(file, name));
     if (!reader->found_ || reader->content_.length > std::numeric_limits<std::uint32_t>::max())

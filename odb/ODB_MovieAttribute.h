@@ -29,7 +29,9 @@ public:
     /// The movie, opened; the caller owns it. Null when there is none or it can't be opened, and
     /// always where there is no AVI layer.
     [[nodiscard]] GInputAVIFile* get_movie() const;
-    /// The name for the multimedia layer; with `must_exist` empty when there is no movie.
+    /// The name for the multimedia layer; with `must_exist` empty when there is no movie. It is long:
+    /// GInputAVIFile opens it by a short one, because Wine's AVI layer writes a long one over memory
+    /// that is not its own.
     [[nodiscard]] GString get_movie_name(bool must_exist) const;
     [[nodiscard]] GResourceFullName get_movie_resource_name() const;
 

@@ -2,6 +2,7 @@
 
 #include "TestObjects.h"
 #include "odb/ODB_MovieAttribute.h"
+#include "odb/ShortMovieName.h"
 #include "tests/store/Random.h"
 
 #include <gtest/gtest.h>
@@ -45,8 +46,7 @@ TEST(MovieName, BuildThenParse_GivesBackFileAndNameAtAnyDepth)
         GResourceFullName parsed(path_of({"stale"}), GString("stale"), GString("stale"));
 
         ASSERT_TRUE(ODB_MovieAttribute::ParseMovieName(
-            ODB_MovieAttribute::BuildMovieName(GFile("C:\\líb\\a b.odb"), name), file,
-            parsed));
+            ODB_MovieAttribute::BuildMovieName(GFile("C:\\líb\\a b.odb"), name), file, parsed));
 
         EXPECT_EQ(file, "C:\\líb\\a b.odb");
         EXPECT_TRUE(parsed == name) << depth;
@@ -129,4 +129,42 @@ TEST(MovieName, ExtensionCode_IsFourCapitalsFilledWithBlanks)
     EXPECT_EQ(zmr::movie_extension_code(""), 0x20202020u);
     EXPECT_EQ(zmr::movie_extension_code(nullptr), 0x20202020u);
     EXPECT_EQ(zmr::movie_extension_code("\xE4"), 0x202020E4u);
+}
+
+TEST(ShortMovieName, OfAMovieInALibrary_HasItsExtensionAndIsFoundWhileItLives)
+{
+    const GString full = ODB_MovieAttribute::BuildMovieName(
+        GFile("C:\\lib.new\\a.b.odb"), movie_of(path_of({"models"}), "a rock of granite.stl"));
+    GString found("kept");
+    std::string text;
+    {
+        const zmr::ShortMovieName first(full.text);
+        const zmr::ShortMovieName second(full.text);
+        text = first.text();
+
+        EXPECT_LE(text.size(), 20u);
+        EXPECT_NE(text.find(".odb+"), std::string::npos) << text;
+        EXPECT_NE(text, second.text());
+        ASSERT_TRUE(zmr::ShortMovieName::Find(text.c_str(), found));
+        EXPECT_EQ(found, full);
+        found = "kept";
+        {
+            const zmr::ShortMovieName of_itself(text.c_str());
+            EXPECT_EQ(of_itself.text(), text);
+        }
+        EXPECT_TRUE(zmr::ShortMovieName::Find(text.c_str(), found));
+        found = "kept";
+    }
+    EXPECT_FALSE(zmr::ShortMovieName::Find(text.c_str(), found));
+    EXPECT_FALSE(zmr::ShortMovieName::Find(nullptr, found));
+    EXPECT_EQ(found, "kept");
+}
+
+TEST(ShortMovieName, OfAnyOtherName_IsThatName)
+{
+    const GString without_extension =
+        ODB_MovieAttribute::BuildMovieName(GFile("/lib.odb/a"), movie_of(GResourcePath(), "lamp"));
+    for (const std::string& name : {std::string("film.avi"), std::string("a.odb+film"),
+                                    std::string(), std::string(without_extension.text)})
+        EXPECT_EQ(zmr::ShortMovieName(name.c_str()).text(), name);
 }

@@ -25,10 +25,10 @@ constexpr std::uint32_t kLibraryCode = 0x2042444F;  // "ODB "
 /// A library whose entry has an uncompressed movie.
 class PlayTest : public OdbTest {
 public:
-    PlayTest()
+    explicit PlayTest(const std::string& entry = "lämp")
     {
-        add("lämp", "x");
-        database.get_mediator(GString("lämp"))->set_attribute(&attribute, false);
+        add(entry.c_str(), "x");
+        database.get_mediator(GString(entry.c_str()))->set_attribute(&attribute, false);
         bytes = movie.bytes();
         const std::string file = folder.file("source.avi");
         std::ofstream(std::filesystem::path(file), std::ios::binary) << bytes;
@@ -309,6 +309,18 @@ TEST(MoviePlay, Avi_ShowsEveryFrameFromTheFirstToTheLastAndAtRandom)
     for (int i = 0; i < 200; ++i) {
         const int frame = static_cast<int>(random() % static_cast<unsigned>(test.movie.frames));
         ASSERT_TRUE(frames.shows(test.movie, frame)) << frame;
+    }
+}
+
+TEST(MoviePlay, Avi_OfAnEntryWithALongName_ShowsEveryFrame)
+{
+    constexpr std::size_t kLongest = 100;
+    for (std::size_t length = 1; length <= kLongest; ++length) {
+        const PlayTest test(std::string(length, 'l'));
+        const GInputAVIFile file(test.name().c_str());
+        ASSERT_NE(file.handle, nullptr) << length;
+        const Frames frames(file);
+        ASSERT_TRUE(frames.shows(test.movie, 0)) << length;
     }
 }
 
