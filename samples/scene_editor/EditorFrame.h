@@ -196,7 +196,6 @@ private:
     [[nodiscard]] bool has_single_entry() const;
     /// Whether what is known of the selected entry beside its row is here.
     [[nodiscard]] bool is_selected_shown() const;
-    void play_movie();
     /// Of the filter that is set: that of the choice, and the line's expression.
     [[nodiscard]] editor::EntryFilter wanted_filter() const;
     void use_filter();
@@ -242,7 +241,7 @@ private:
     std::optional<editor::DirectoryPath> wanted_directory_;  ///< To be shown once it is known.
     std::string wanted_row_;  ///< The name of the row that is to be selected when it comes.
     std::optional<EntryList::Id> previewed_row_;  ///< Of this listing.
-    bool wants_movie_ = false;  ///< To be played when it is known whether the row has one.
+    UINT wanted_command_ = 0;  ///< To be given again when it is known what the row has.
     std::vector<EntryList::Id> icons_asked_for_;  ///< The rows around the view then.
     std::optional<EntryList::Id> edited_row_;
     std::size_t deletions_ = 0;          ///< That can be taken back.

@@ -73,18 +73,17 @@ void EditorFrame::OnEntryUndo()
 
 void EditorFrame::OnEntryDescribe()
 {
-    const std::optional<EntryList::Id> row = list_.single_row();
-    if (!row)
+    if (!is_selected_shown()) {
+        wanted_command_ = ID_ENTRY_DESCRIBE;  // what it is now is part of the question
         return;
-    const std::string name(list_.rows().name(*row));
-    const editor::DirectoryPath path = path_;
-    const bool is_previewed = is_selected_shown();
+    }
+    const std::string name = preview_.shown().name;
+    const editor::DirectoryPath path = preview_.shown().path;
     const std::string prompt = "What \"" + name + "\" is:";
     TextRequest request;
     request.title = "Describe";
     request.prompt = prompt.c_str();
-    request.text =
-        is_previewed ? preview_.shown().description : std::string(list_.rows().description(*row));
+    request.text = preview_.shown().description;
     request.has_lines = true;
     if (const std::optional<std::string> text = request.ask(m_hWnd))
         worker_->describe(path, name, *text);
@@ -118,20 +117,16 @@ void EditorFrame::OnEntryPicture(UINT id)
 
 void EditorFrame::OnEntryMovie()
 {
-    wants_movie_ = !is_selected_shown();
-    if (wants_movie_)
+    if (!is_selected_shown()) {
+        wanted_command_ = ID_ENTRY_MOVIE;
         return;
-    play_movie();
-    PostMessage(WM_RESULTS_WAIT);  // a complaint is shown with those of the worker
-}
-
-void EditorFrame::play_movie()
-{
+    }
     const editor::PreviewLoaded& shown = preview_.shown();
     if (shown.movie.empty())
         complain("\"" + shown.name + "\" has no movie.");
     else if (!movie_.play(*this, font_, dpi_, shown.name, shown.movie))
         complain("There can be no window for the movie.");
+    PostMessage(WM_RESULTS_WAIT);  // a complaint is shown with those of the worker
 }
 
 void EditorFrame::OnLibraryAdd()

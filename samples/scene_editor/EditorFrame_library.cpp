@@ -100,7 +100,8 @@ void EditorFrame::ask_for_preview()
     if (worker_ == nullptr || row == previewed_row_)
         return;
     previewed_row_ = row;
-    wants_movie_ = wants_movie_ && row;
+    if (!row)
+        wanted_command_ = 0;
     if (!row) {
         preview_.show_text("", "");
         return;
@@ -221,8 +222,8 @@ void EditorFrame::take(editor::PreviewLoaded& loaded)
     if (!is_wanted)
         return;
     preview_.show(std::move(loaded));
-    if (std::exchange(wants_movie_, false))
-        play_movie();
+    if (const UINT command = std::exchange(wanted_command_, 0))
+        PostMessage(WM_COMMAND, command);
 }
 
 void EditorFrame::take(editor::ObjectLoaded& loaded)
