@@ -399,6 +399,19 @@ void EditorDriver::turn_wheel(HWND window, POINT at, int steps)
     ::SendInput(1, &input, sizeof input);
 }
 
+int EditorDriver::close()
+{
+    constexpr int kTries = 4;
+    constexpr DWORD kTryMs = 5'000;
+    wait_for([this] { return takes_input(); }, kTryMs);
+    for (int tries = 0; tries < kTries; ++tries) {
+        key(VK_F4, {VK_MENU});
+        if (wait_for([this] { return !process_->runs(); }, kTryMs) || !takes_input())
+            break;
+    }
+    return wait_for_end();
+}
+
 int EditorDriver::wait_for_end()
 {
     if (!wait_for([this] { return !process_->runs(); }))

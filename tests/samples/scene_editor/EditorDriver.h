@@ -72,6 +72,9 @@ public:
     /// Turns the wheel above a point, by so many steps away from the hand.
     void turn_wheel(HWND window, POINT at, int steps);
 
+    /// Closes the main window by its key, again where that was lost, and waits for the end of the
+    /// program, which asks for nothing before; its exit code, -1 when it does not end.
+    int close();
     /// Waits for its end; its exit code, -1 when it does not end.
     int wait_for_end();
     /// Whether keys go to the main window: no box and no other program is in front of it.

@@ -40,12 +40,6 @@ void select_row(EditorDriver& editor, int place)
         editor.key(VK_DOWN);
 }
 
-bool close(EditorDriver& editor)
-{
-    editor.key(VK_F4, {VK_MENU});
-    return editor.wait_for_end() == 0;
-}
-
 }  // namespace
 
 TEST(SceneEditor, OpenBrowseFilterPreviewRenameDelete_LeaveTheLibraryAsTold)
@@ -125,7 +119,7 @@ TEST(SceneEditor, OpenBrowseFilterPreviewRenameDelete_LeaveTheLibraryAsTold)
     ASSERT_TRUE(EditorDriver::wait_for([&] { return !editor.message().empty(); }));
     editor.type("y");
     EXPECT_TRUE(EditorDriver::wait_for([&] { return editor.rows() == kRowsOfRoot - 1; }));
-    EXPECT_TRUE(close(editor));
+    EXPECT_EQ(editor.close(), 0);
 
     EXPECT_THAT(names_in(library.file()),
                 testing::UnorderedElementsAre("deep/er/one", "deep/er/two", "Plain/three",
@@ -146,7 +140,7 @@ TEST(SceneEditor, TabAndEnter_ReachEveryPane)
     }
     editor.key(VK_TAB, {VK_SHIFT});
     EXPECT_TRUE(EditorDriver::wait_for([&] { return editor.has_focus(IDC_FILTER_CHOICE); }));
-    EXPECT_TRUE(close(editor));
+    EXPECT_EQ(editor.close(), 0);
 }
 
 TEST(SceneEditor, ClickInTheTreeAndDragOfASplitter_DoWhatTheyShow)
@@ -168,7 +162,7 @@ TEST(SceneEditor, ClickInTheTreeAndDragOfASplitter_DoWhatTheyShow)
         ::GetWindowRect(tree, &after);
         return after.right == before.right + 60;
     }));
-    EXPECT_TRUE(close(editor));
+    EXPECT_EQ(editor.close(), 0);
 }
 
 TEST(SceneEditor, FileThatIsNoLibrary_GetsAMessageAndTheWindowLives)
@@ -195,7 +189,7 @@ TEST(SceneEditor, FileThatIsNoLibrary_GetsAMessageAndTheWindowLives)
     editor.type(name);
     editor.key(VK_RETURN);
     EXPECT_TRUE(EditorDriver::wait_for([&] { return editor.rows() == kRowsOfRoot; }));
-    EXPECT_TRUE(close(editor));
+    EXPECT_EQ(editor.close(), 0);
 }
 
 TEST(SceneEditor, LibraryThatAnotherWrites_OpensForReadingWithAMessage)
@@ -219,7 +213,7 @@ TEST(SceneEditor, LibraryThatAnotherWrites_OpensForReadingWithAMessage)
     editor.key(VK_DOWN);
     EXPECT_TRUE(EditorDriver::wait_for([&] { return editor.previewed() == "root b"; }));
     EXPECT_TRUE(editor.message().empty());
-    EXPECT_TRUE(close(editor));
+    EXPECT_EQ(editor.close(), 0);
 }
 
 TEST(SceneEditor, HundredThousandEntries_AreListedAndFilteredWithTimesToldByDiagnostics)
@@ -240,5 +234,5 @@ TEST(SceneEditor, HundredThousandEntries_AreListedAndFilteredWithTimesToldByDiag
     EXPECT_THAT(report, HasSubstr("All 100,000 entries"));
     editor.key(VK_RETURN);
     ASSERT_TRUE(EditorDriver::wait_for([&] { return editor.message().empty(); }));
-    EXPECT_TRUE(close(editor));
+    EXPECT_EQ(editor.close(), 0);
 }

@@ -96,11 +96,7 @@ protected:
         EXPECT_TRUE(editor->is_alive());
         EXPECT_EQ(calls().size(), before + 1) << "asked once";
     }
-    void close()
-    {
-        editor->key(VK_F4, {VK_MENU});
-        EXPECT_EQ(editor->wait_for_end(), 0);
-    }
+    void close() { EXPECT_EQ(editor->close(), 0); }
 
     const SampleLibrary library;
     std::optional<EditorDriver> editor;

@@ -109,11 +109,7 @@ protected:
         std::replace(file.begin(), file.end(), '/', '\\');  // the dialog takes no other
         return file;
     }
-    [[nodiscard]] bool close()
-    {
-        editor_->key(VK_F4, {VK_MENU});
-        return editor_->wait_for_end() == 0;
-    }
+    [[nodiscard]] bool close() { return editor_->close() == 0; }
 
     SampleLibrary library_;
     std::unique_ptr<EditorDriver> editor_;

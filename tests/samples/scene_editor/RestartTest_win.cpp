@@ -30,12 +30,6 @@ RECT place_of(HWND window)
     return place;
 }
 
-bool close(EditorDriver& editor)
-{
-    editor.key(VK_F4, {VK_MENU});
-    return editor.wait_for_end() == 0;
-}
-
 /// A window as a person has it who starts the program on a library and waits until it is shown.
 void expect_open(const EditorDriver& editor)
 {
@@ -80,14 +74,14 @@ TEST(Restart, WindowAndSplitters_AreWhereTheyWere)
             [&] { return place_of(editor.control(IDC_DIRECTORIES)).right == edge + 40; }));
         window = place_of(frame_of(editor));
         tree = place_of(editor.control(IDC_DIRECTORIES));
-        EXPECT_TRUE(close(editor));
+        EXPECT_EQ(editor.close(), 0);
     }
 
     EditorDriver editor({library.file()});
     expect_open(editor);
     EXPECT_EQ(place_of(frame_of(editor)), window);
     EXPECT_EQ(place_of(editor.control(IDC_DIRECTORIES)), tree);
-    EXPECT_TRUE(close(editor));
+    EXPECT_EQ(editor.close(), 0);
 }
 
 TEST(Restart, MaximizedWindow_IsSoAgainAndKnowsItsFormerPlace)
@@ -100,7 +94,7 @@ TEST(Restart, MaximizedWindow_IsSoAgainAndKnowsItsFormerPlace)
         window = place_of(frame_of(editor));
         ::ShowWindow(frame_of(editor), SW_MAXIMIZE);
         ASSERT_TRUE(EditorDriver::wait_for([&] { return ::IsZoomed(frame_of(editor)) != FALSE; }));
-        EXPECT_TRUE(close(editor));
+        EXPECT_EQ(editor.close(), 0);
     }
 
     EditorDriver editor({library.file()});
@@ -108,7 +102,7 @@ TEST(Restart, MaximizedWindow_IsSoAgainAndKnowsItsFormerPlace)
     EXPECT_TRUE(::IsZoomed(frame_of(editor)));
     ::ShowWindow(frame_of(editor), SW_RESTORE);
     EXPECT_TRUE(EditorDriver::wait_for([&] { return place_of(frame_of(editor)) == window; }));
-    EXPECT_TRUE(close(editor));
+    EXPECT_EQ(editor.close(), 0);
 }
 
 TEST(Restart, WindowOfAScreenThatIsGone_ComesIntoSight)
@@ -132,7 +126,7 @@ TEST(Restart, WindowOfAScreenThatIsGone_ComesIntoSight)
     EXPECT_LE(place.right, work.right);
     EXPECT_LE(place.bottom, work.bottom);
     EXPECT_EQ(place.right - place.left, 800);
-    EXPECT_TRUE(close(editor));
+    EXPECT_EQ(editor.close(), 0);
 }
 
 TEST(Restart, PartsPreviewAndFilter_AreAsTheyWere)
@@ -151,7 +145,7 @@ TEST(Restart, PartsPreviewAndFilter_AreAsTheyWere)
         ASSERT_TRUE(EditorDriver::wait_for([&] { return editor.has_focus(IDC_FILTER); }));
         editor.type("pixelm");
         ASSERT_TRUE(EditorDriver::wait_for([&] { return editor.rows() == 3; }));
-        EXPECT_TRUE(close(editor));
+        EXPECT_EQ(editor.close(), 0);
     }
 
     EditorDriver editor({library.file()});
@@ -161,7 +155,7 @@ TEST(Restart, PartsPreviewAndFilter_AreAsTheyWere)
     EXPECT_FALSE(is_seen(editor, IDC_SCENE));
     EXPECT_FALSE(is_seen(editor, AFX_IDW_STATUS_BAR));
     EXPECT_TRUE(is_seen(editor, IDC_ENTRIES));
-    EXPECT_TRUE(close(editor));
+    EXPECT_EQ(editor.close(), 0);
 
     // The way of drawing has gone through the second run, too.
     RegistryManager settings = settings_of_the_program();
@@ -175,12 +169,12 @@ TEST(RecentFiles, LibraryOfTheLastRun_OpensByItsNumber)
     {
         EditorDriver editor({first.file()});
         expect_open(editor);
-        EXPECT_TRUE(close(editor));
+        EXPECT_EQ(editor.close(), 0);
     }
     {
         EditorDriver editor({second.file()});
         expect_open(editor);
-        EXPECT_TRUE(close(editor));
+        EXPECT_EQ(editor.close(), 0);
     }
     EXPECT_THAT(recent_file(1), EndsWith("large.odb"));
 
@@ -190,7 +184,7 @@ TEST(RecentFiles, LibraryOfTheLastRun_OpensByItsNumber)
     EXPECT_TRUE(EditorDriver::wait_for([&] { return editor.has_focus(IDC_ENTRIES); }));
     // It is the first of the list now.
     EXPECT_TRUE(editor.choose("f2", [&] { return editor.rows() == 3; }));
-    EXPECT_TRUE(close(editor));
+    EXPECT_EQ(editor.close(), 0);
     EXPECT_FALSE(recent_file(2).empty());
     EXPECT_TRUE(recent_file(3).empty());
 }
@@ -203,12 +197,12 @@ TEST(RecentFiles, FileThatIsGone_GetsAMessageAndLeavesTheList)
     {
         EditorDriver editor({library.file()});
         expect_open(editor);
-        EXPECT_TRUE(close(editor));
+        EXPECT_EQ(editor.close(), 0);
     }
     {
         EditorDriver editor({copy});
         expect_open(editor);
-        EXPECT_TRUE(close(editor));
+        EXPECT_EQ(editor.close(), 0);
     }
     ASSERT_THAT(recent_file(1), EndsWith("copy.odb"));
     std::filesystem::remove(copy);
@@ -222,5 +216,5 @@ TEST(RecentFiles, FileThatIsGone_GetsAMessageAndLeavesTheList)
     EXPECT_TRUE(EditorDriver::wait_for(
         [] { return recent_file(1).ends_with("sample.odb") && recent_file(2).empty(); }));
     EXPECT_TRUE(editor.choose("f1", [&] { return editor.rows() == kRowsOfRoot; }));
-    EXPECT_TRUE(close(editor));
+    EXPECT_EQ(editor.close(), 0);
 }

@@ -269,8 +269,7 @@ TEST_F(SceneProgram, ClickDragKeysSnapColourOrderDelete_AreInTheFileThatIsSavedA
     EXPECT_TRUE(stands_at("-75", "50"));
     EXPECT_TRUE(color_at(-75 - 48, 50, is_red));
 
-    editor.key(VK_F4, {VK_MENU});
-    EXPECT_EQ(editor.wait_for_end(), 0);
+    EXPECT_EQ(editor.close(), 0);
 }
 
 TEST_F(SceneProgram, TypedPropertiesAndTheWheel_MoveAndScale)
@@ -358,8 +357,7 @@ TEST_F(SceneProgram, ViewMenu_HidesEitherPart)
         << "one of the two is always seen";
     EXPECT_TRUE(EditorDriver::wait_for([&] { return !is_seen(IDC_ENTRIES); }));
     EXPECT_TRUE(EditorDriver::wait_for([this] { return editor.has_focus(IDC_SCENE); }));
-    editor.key(VK_F4, {VK_MENU});
-    EXPECT_EQ(editor.wait_for_end(), 0);
+    EXPECT_EQ(editor.close(), 0);
 }
 
 TEST(SceneProgramStart, FiftyModelsOf5000Triangles_AreDraggedWithTimesToldByDiagnostics)
@@ -421,6 +419,5 @@ TEST(SceneProgramStart, FileThatIsNoScene_GetsAMessageAndAnEmptyScene)
     ASSERT_TRUE(EditorDriver::wait_for([&] { return editor.message().empty(); }));
     EXPECT_THAT(editor.title(), Not(HasSubstr("bad.scene")));
     EXPECT_TRUE(EditorDriver::wait_for([&] { return editor.rows() == 2; }));
-    editor.key(VK_F4, {VK_MENU});
-    EXPECT_EQ(editor.wait_for_end(), 0);
+    EXPECT_EQ(editor.close(), 0);
 }

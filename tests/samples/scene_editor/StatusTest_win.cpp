@@ -79,11 +79,7 @@ protected:
                       pixel - static_cast<double>(size) / 2);
         return text.data();
     }
-    void close()
-    {
-        editor->key(VK_F4, {VK_MENU});
-        EXPECT_EQ(editor->wait_for_end(), 0);
-    }
+    void close() { EXPECT_EQ(editor->close(), 0); }
 
     std::optional<EditorDriver> editor;
 };
