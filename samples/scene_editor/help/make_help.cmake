@@ -1,7 +1,8 @@
-# Writes the project of the help, and beside it the page for each topic that the program may ask for:
-# cmake -D HEADERS=A;B -D MENUS=X.rc -D PROJECT=P.hhp -P make_project.cmake. The topics' numbers are
-# made of those in the headers, as docs/messages-and-help.md tells. Each topic has a file of its own, a
-# copy of its page: the compiler knows one topic of a file only.
+# Writes the project of the help, and beside it the page for each topic that the program may ask for,
+# and compiles it:
+# cmake -D HEADERS=A;B -D MENUS=X.rc -D PROJECT=P.hhp -D COMPILER=chmcmd -P make_help.cmake. The
+# topics' numbers are made of those in the headers, as docs/messages-and-help.md tells. Each topic has
+# a file of its own, a copy of its page: the compiler knows one topic of a file only.
 cmake_minimum_required(VERSION 3.25)
 
 set(pages index scene properties library preview status commands questions)
@@ -96,3 +97,10 @@ ${files}
 ${aliases}
 [MAP]
 ${map}")
+
+cmake_path(GET PROJECT FILENAME project)
+execute_process(COMMAND ${COMPILER} ${project} WORKING_DIRECTORY ${folder}
+                OUTPUT_VARIABLE said ERROR_VARIABLE said RESULT_VARIABLE code)
+if(NOT code EQUAL 0)
+    message(FATAL_ERROR "${said}")
+endif()
