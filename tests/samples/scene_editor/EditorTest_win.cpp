@@ -2,12 +2,12 @@
 // left checked by the command-line tool.
 #include "EditorDriver.h"
 #include "SampleLibrary.h"
+#include "ToolListing.h"
 #include "scene_editor/resource.h"
 #include "tests/tools/ToolProcess.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <commctrl.h>
 
@@ -21,16 +21,6 @@ namespace {
 
 constexpr int kRowsOfRoot = 5;
 constexpr COLORREF kPictureColor = RGB(200, 60, 10);
-
-std::vector<std::string> names_in(const std::string& library)
-{
-    const ToolResult listed = run_tool({"list", library, "-r", "--json"});
-    EXPECT_EQ(listed.code, 0) << listed.err;
-    std::vector<std::string> names;
-    for (const auto& entry : nlohmann::json::parse(listed.out))
-        names.push_back(entry.at("path").get<std::string>());
-    return names;
-}
 
 // Selects a row of the root by its place: the directories first.
 void select_row(EditorDriver& editor, int place)

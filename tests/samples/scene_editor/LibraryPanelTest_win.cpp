@@ -2,6 +2,7 @@
 // library holds then.
 #include "EditorDriver.h"
 #include "SampleLibrary.h"
+#include "ToolListing.h"
 #include "odb/ODB_ExternalObject.h"
 #include "odb/ODB_Mediator.h"
 #include "odb/ODB_PixelMapAttribute.h"
@@ -14,7 +15,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <commctrl.h>
 
@@ -34,16 +34,6 @@ constexpr int kCaption = 3;
 constexpr int kMore = 4;
 constexpr int kDescription = 5;
 constexpr int kFileName = 0x47C;  // of the system's dialog for files
-
-std::vector<std::string> names_in(const std::string& library)
-{
-    const ToolResult listed = run_tool({"list", library, "-r", "--json"});
-    EXPECT_EQ(listed.code, 0) << listed.err;
-    std::vector<std::string> names;
-    for (const auto& entry : nlohmann::json::parse(listed.out))
-        names.push_back(entry.at("path").get<std::string>());
-    return names;
-}
 
 /// The program on a library; a test of it begins with the focus in the list.
 class LibraryPanel : public testing::Test {
