@@ -40,11 +40,11 @@ bool MovieWindow::play(CWnd& owner, CFont& font, int dpi, const std::string& tit
 {
     if (m_hWnd == nullptr && !create(owner, font, dpi))
         return false;
-    player_.reset();
+    // Where no thread can be had for it, the former movie stays.
+    player_ = std::make_unique<MoviePlayer>(movie, m_hWnd, WM_MOVIE_FRAME);
     picture_ = {};
     shown_ = {};
     AfxSetWindowText(*this, (title + " - Movie").c_str());
-    player_ = std::make_unique<MoviePlayer>(movie, m_hWnd, WM_MOVIE_FRAME);
     show_state();
     Invalidate(FALSE);
     ShowWindow(SW_SHOW);
