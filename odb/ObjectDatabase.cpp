@@ -141,7 +141,8 @@ void ObjectDatabase::change_whole(const Steps& steps)
 bool ObjectDatabase::can_hold(const GResourceFullName& name) const
 {
     zmr::LibraryPath path;
-    return server != nullptr && name.to_library(path);
+    return server != nullptr && name.name.length() <= zmr::LibraryFile::kMaxNameBytes &&
+           name.type.length() <= zmr::LibraryFile::kMaxNameBytes && name.to_library(path);
 }
 
 void ObjectDatabase::append_object(const GStreamable* object, const GString& name,

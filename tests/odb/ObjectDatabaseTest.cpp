@@ -1,12 +1,14 @@
 #include "TestObjects.h"
 #include "foundation/GException.h"
 #include "graphics/PixelMap.h"
+#include "odb/ODB_ExternalObject.h"
 #include "odb/ODB_MediatorsArray.h"
 #include "store/LibraryFile.h"
 #include "store/ResourceFileServer.h"
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <memory>
 #include <random>
 #include <string>
@@ -502,6 +504,17 @@ TEST(ObjectDatabase, RenamedDirectory_MediatorsAtEveryDepthAndOfEachClientLearnT
             EXPECT_TRUE(mediator->get_DB_resname().path() == path);
             EXPECT_EQ(mediator->get_DB_key(), name);
         }
+}
+
+TEST(ObjectDatabase, AppendedUnderANameBeyondTheLimits_LeavesNoEntryAndNoFile)
+{
+    OdbTest odb;
+    const GString name(std::string(70000, 'n'));
+    const TestNote note("a lamp");
+    odb.database.append_object(&note, name, new ODB_ExternalObject("lamp.lob"));
+
+    EXPECT_EQ(odb.database.get_mediator(name), nullptr);
+    EXPECT_FALSE(std::filesystem::exists(odb.folder.file("lamp.lob")));
 }
 
 TEST(ObjectDatabase, RenamedOntoANameBeyondTheLimits_NothingChanges)
