@@ -1,13 +1,7 @@
 // odb add: files become objects.
-#include "foundation/GException.h"
-#include "foundation/GObjectFileFormat.h"
-#include "foundation/OwnedObject.h"
-#include "graphics/GIconMaker.h"
-#include "graphics/PixelMap.h"
 #include "odb/ODB_ExternalObject.h"
-#include "odb/ODB_Mediator.h"
 #include "odb/ObjectDatabase.h"
-#include "platform/FileDevice.h"
+#include "odb/ObjectImport.h"
 #include "tools/odb/Commands.h"
 #include "tools/odb/OpenLibrary.h"
 #include "tools/odb/SourceWalk.h"
@@ -16,57 +10,9 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include <memory>
-#include <new>
-
 namespace odb {
 
 namespace {
-
-constexpr int kIconSize_px = 96;
-constexpr const char* kNoFormat = "no registered format reads it";
-
-// Reads the object; null with the reason.
-zmr::OwnedObject<> read_source(const std::string& file, std::string& reason)
-{
-    // Looked at first, because a format only says that it does not know the file.
-    zmr::FileError error;
-    const auto device = zmr::FileSystemDevice::Real().open(file, zmr::FileAccess::Read,
-                                                           zmr::FileCreate::OpenExisting,
-                                                           zmr::FileShare::ReadWrite, error);
-    std::uint64_t size = 0;
-    if (device != nullptr)
-        error = device->length(size);
-    if (error) {
-        reason = error.text();
-        return nullptr;
-    }
-    if (size == 0) {
-        reason = "it is empty";
-        return nullptr;
-    }
-    try {
-        const GObjectFileFormat* const format = GObjectFileFormat::Find(file.c_str());
-        zmr::OwnedObject<> object(format == nullptr ? nullptr : format->read_object(file.c_str()));
-        if (object == nullptr)
-            reason = kNoFormat;
-        return object;
-    } catch (const GException& damage) {
-        reason = damage.what();
-    } catch (const std::bad_alloc&) {
-        reason = "there is not enough memory to read it";
-    }
-    return nullptr;
-}
-
-std::unique_ptr<PixelMap> make_icon(const GStreamable& object)
-{
-    try {
-        return std::unique_ptr<PixelMap>(GIconMaker::Make(object, kIconSize_px));
-    } catch (const GException&) {
-        return nullptr;  // the object is worth keeping without one
-    }
-}
 
 class Adding {
 public:
@@ -82,18 +28,20 @@ public:
         if (terminal::interrupted())
             return false;
         progress_.show(fmt::format("{} {}", added_ + skipped_ + 1, source.file));
-        std::string reason;
-        const zmr::OwnedObject<> object = read_source(source.file, reason);
-        if (object == nullptr) {
-            skip(source.file, reason);
+        const zmr::ImportedObject read = zmr::import_object(source.file);
+        if (read.object == nullptr) {
+            skip(source.file, read.reason);
             return true;
         }
         const EntryName entry{source.into, GString(std::string_view(source.name))};
-        const bool stored = store(*object, entry);
+        constexpr const char* kMadeUpName = nullptr;
+        const bool is_stored = zmr::append_with_icon(
+            database_, *read.object, entry.of_type(ObjectDatabase::MediatorResourceType),
+            external_ ? new ODB_ExternalObject(kMadeUpName) : nullptr);
         unload_entry(database_, entry);
         if (writing_failed(database_))
             return false;
-        if (stored)
+        if (is_stored)
             ++added_;
         else
             skip(source.file, "the library can't have an entry of that name");
@@ -130,27 +78,6 @@ public:
     [[nodiscard]] std::uint64_t skipped() const { return skipped_; }
 
 private:
-    // One commit: the object with its icon, or neither. An object without an icon must not show the
-    // one of the object that it replaces.
-    bool store(const GStreamable& object, const EntryName& entry)
-    {
-        std::unique_ptr<PixelMap> icon = make_icon(object);
-        const ResourceFile::CommitScope scope(database_);
-        constexpr const char* kMadeUpName = nullptr;
-        database_.append_object(&object, entry.path, entry.name,
-                                external_ ? new ODB_ExternalObject(kMadeUpName) : nullptr);
-        ODB_Mediator* const mediator = database_.get_mediator(entry.path, entry.name);
-        if (mediator == nullptr ||
-            !database_.exist(entry.of_type(ObjectDatabase::MediatorResourceType)))
-            return false;
-        if (icon != nullptr)
-            mediator->set_icon(icon.release());
-        else
-            database_.remove(entry.of_type(ObjectDatabase::ODB_IconResourceType));
-        mediator->unload_icon();
-        return true;
-    }
-
     ObjectDatabase& database_;
     bool external_;
     Style style_;

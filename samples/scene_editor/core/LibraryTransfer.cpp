@@ -1,25 +1,19 @@
 #include "scene_editor/core/LibraryTransfer.h"
 
-#include "foundation/GException.h"
-#include "foundation/GObjectFileFormat.h"
-#include "graphics/GIconMaker.h"
 #include "odb/ODB_Mediator.h"
 #include "odb/ODB_ReferenceToObject.h"
 #include "odb/ObjectDatabase.h"
+#include "odb/ObjectImport.h"
 #include "scene_editor/core/CommandLine.h"
 #include "scene_editor/core/CountsText.h"
 #include "scene_editor/core/LibraryPaths.h"
 #include "store/GResourceIterators.h"
 #include "store/ResourceFileServer.h"
 
-#include <memory>
-#include <new>
-
 namespace editor {
 
 namespace {
 
-constexpr int kIconSize_px = 96;
 constexpr std::size_t kMostToldOf = 8;
 
 // A reference whose target lies in its own library, as one from another library.
@@ -48,32 +42,6 @@ void copy_entry(ObjectDatabase& source, const GResourceFullName& from, ObjectDat
         copy_reference(source, from, *reference, target, to);
     else
         source.copy_object_to(from, target, to);
-}
-
-// The object of a file; null with the reason.
-OwnedObject read_object(const std::string& file, std::string& reason)
-{
-    try {
-        const GObjectFileFormat* const format = GObjectFileFormat::Find(file.c_str());
-        OwnedObject object(format != nullptr ? format->read_object(file.c_str()) : nullptr);
-        if (object == nullptr)
-            reason = "no format that is known here reads it.";
-        return object;
-    } catch (const GException& damage) {
-        reason = damage.what();
-    } catch (const std::bad_alloc&) {
-        reason = "there is not enough memory to read it.";
-    }
-    return nullptr;
-}
-
-std::unique_ptr<PixelMap> make_icon(const GStreamable& object)
-{
-    try {
-        return std::unique_ptr<PixelMap>(GIconMaker::Make(object, kIconSize_px));
-    } catch (const GException&) {
-        return nullptr;  // the object is worth keeping without one
-    }
 }
 
 // Tells listeners of a new entry; false when it is not there.
@@ -131,27 +99,16 @@ TransferResult add_files(ObjectDatabase& library, const DirectoryPath& to,
     for (const std::string& file : files) {
         if (has_failed(library) || !steps(at++, files.size()))
             break;
-        std::string reason;
-        const OwnedObject object = read_object(file, reason);
-        if (object == nullptr) {
-            result.refused.push_back(file + ": " + reason);
+        const zmr::ImportedObject read = zmr::import_object(file);
+        if (read.object == nullptr) {
+            result.refused.push_back(file + ": " + read.reason);
             continue;
         }
         const std::string own(file_part(file));
         const std::string name = free_name(library, resource_path(to), own);
         const GResourceFullName full_name = mediator_name(to, name);
-        std::unique_ptr<PixelMap> icon = make_icon(*object);
-        {
-            const ResourceFile::CommitScope whole(library);
-            library.append_object(object.get(), full_name, nullptr);
-            ODB_Mediator* const mediator = library.get_mediator(full_name);
-            if (mediator != nullptr && icon != nullptr)
-                mediator->set_icon(icon.release());
-            else  // that of an entry that was removed
-                library.remove(
-                    {resource_path(to), text_of(name), ObjectDatabase::ODB_IconResourceType});
-        }
-        if (!tell_of(library, full_name)) {
+        if (!zmr::append_with_icon(library, *read.object, full_name) ||
+            !tell_of(library, full_name)) {
             result.refused.push_back(file + ": the library can't have an entry of that name.");
             continue;
         }
