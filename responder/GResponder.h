@@ -2,6 +2,7 @@
 
 #include "foundation/GStreamable.h"
 #include "foundation/Immortal.h"
+#include "foundation/PooledObject.h"
 #include "graphics/RGB_Color.h"
 #include "responder/ChildList.h"
 #include "responder/GCommandSet.h"
@@ -28,7 +29,10 @@ struct NotificationLink;
 /// A bare one takes 72 bytes. Behaviours, label, palette, receivers of notifications and the
 /// current child, on both sides of it, stand in a record of their own that is made at the first
 /// need; a list of children is a block of its own.
-class ZMR_GV_API GResponder : public GStreamable, private zmr::ListPlace, public GIdler {
+class ZMR_GV_API GResponder : public GStreamable,
+                              private zmr::ListPlace,
+                              public GIdler,
+                              public zmr::PooledObject {
     G_DECLARE_CLASS(GResponder)
     using NotBuiltByName = GResponder;
 
