@@ -1,6 +1,8 @@
 #include "scene_editor/MoviePlayer.h"
 
+#include "foundation/GException.h"
 #include "odb/GInputAVIFile.h"
+#include "platform/FaultGuard.h"
 
 #include <vfw.h>
 
@@ -16,6 +18,7 @@ constexpr LONG kMostHeaderBytes = 1 << 16;
 constexpr const char* kNoMovie = "The movie can't be opened.";
 constexpr const char* kNoForm = "No decoder of this system knows the form of this movie.";
 constexpr const char* kNoFrame = "A frame of the movie can't be read.";
+constexpr const char* kFault = "The movie can't be played: it may be damaged.";
 
 std::span<const unsigned char> bytes_at(const void* data, std::size_t size)
 {
@@ -107,9 +110,22 @@ private:
     std::vector<unsigned char> bytes_;
 };
 
-MoviePlayer::MoviePlayer(std::string movie, HWND window, UINT message)
-    : movie_(std::move(movie)), window_(window), message_(message), thread_([this] { run(); })
+std::unique_ptr<MoviePlayer> MoviePlayer::Start(std::string movie, HWND window, UINT message)
 {
+    std::unique_ptr<MoviePlayer> player(new MoviePlayer(std::move(movie), window, message));
+    if (player->thread_.m_hThread == nullptr)
+        return nullptr;
+    player->thread_.ResumeThread();
+    return player;
+}
+
+MoviePlayer::MoviePlayer(std::string movie, HWND window, UINT message)
+    : movie_(std::move(movie)),
+      window_(window),
+      message_(message),
+      thread_(&MoviePlayer::Run, this, CREATE_SUSPENDED)
+{
+    thread_.m_bAutoDelete = FALSE;
 }
 
 MoviePlayer::~MoviePlayer()
@@ -119,7 +135,8 @@ MoviePlayer::~MoviePlayer()
         ends_ = true;
     }
     changed_.notify_all();
-    thread_.join();
+    if (thread_.m_hThread != nullptr)
+        ::WaitForSingleObject(thread_.m_hThread, INFINITE);
 }
 
 void MoviePlayer::play_or_pause()
@@ -128,7 +145,7 @@ void MoviePlayer::play_or_pause()
         const std::lock_guard lock(mutex_);
         if (clock_.plays())
             clock_.pause(Clock::now());
-        else
+        else if (shown_.is_open)
             clock_.play(Clock::now());
     }
     changed_.notify_all();
@@ -175,6 +192,15 @@ void MoviePlayer::refuse(const std::string& reason)
     ::PostMessage(window_, message_, 0, 0);
 }
 
+void MoviePlayer::end(const std::string& reason)
+{
+    {
+        const std::lock_guard lock(mutex_);
+        shown_.is_open = false;
+    }
+    refuse(reason);
+}
+
 bool MoviePlayer::show(Frames& frames, std::int32_t frame)
 {
     editor::FramePicture picture;
@@ -192,38 +218,48 @@ bool MoviePlayer::show(Frames& frames, std::int32_t frame)
     return true;
 }
 
-void MoviePlayer::run()
+unsigned MoviePlayer::Run(void* player)
 {
+    auto* const self = static_cast<MoviePlayer*>(player);
     try {
-        Frames frames(movie_);
-        const editor::MovieClock clock = frames.is_open() ? frames.clock() : editor::MovieClock();
-        if (clock.frames() == 0 || !frames.is_readable()) {
-            refuse(frames.is_open() && !frames.is_readable() ? kNoForm : kNoMovie);
-            return;
+        // The lock is never held where the system reads the movie: a fault there leaves it free.
+        zmr::guarded([self] { self->play(); });
+    } catch (const OutOfMemory_Exception& failure) {
+        self->end(failure.what());
+    } catch (const std::exception&) {  // a fault's own text speaks of the program
+        self->end(kFault);
+    }
+    return 0;
+}
+
+void MoviePlayer::play()
+{
+    Frames frames(movie_);
+    const editor::MovieClock clock = frames.is_open() ? frames.clock() : editor::MovieClock();
+    if (clock.frames() == 0 || !frames.is_readable()) {
+        refuse(frames.is_open() && !frames.is_readable() ? kNoForm : kNoMovie);
+        return;
+    }
+    std::unique_lock lock(mutex_);
+    clock_ = clock;
+    clock_.play(Clock::now());
+    shown_.is_open = true;
+    shown_.frames = clock.frames();
+    std::int32_t last = -1;
+    while (!ends_) {
+        const std::int32_t due = clock_.frame(Clock::now());
+        if (due != last) {
+            lock.unlock();
+            const bool is_shown = show(frames, due);
+            if (!is_shown)
+                refuse(kNoFrame);
+            lock.lock();
+            last = due;
+            continue;
         }
-        std::unique_lock lock(mutex_);
-        clock_ = clock;
-        clock_.play(Clock::now());
-        shown_.is_open = true;
-        shown_.frames = clock.frames();
-        std::int32_t last = -1;
-        while (!ends_) {
-            const std::int32_t due = clock_.frame(Clock::now());
-            if (due != last) {
-                lock.unlock();
-                const bool is_shown = show(frames, due);
-                if (!is_shown)
-                    refuse(kNoFrame);
-                lock.lock();
-                last = due;
-                continue;
-            }
-            if (clock_.plays())
-                changed_.wait_until(lock, clock_.next(Clock::now()));
-            else
-                changed_.wait(lock);
-        }
-    } catch (const std::exception& failure) {
-        refuse(failure.what());
+        if (clock_.plays())
+            changed_.wait_until(lock, clock_.next(Clock::now()));
+        else
+            changed_.wait(lock);
     }
 }

@@ -1,19 +1,20 @@
 #pragma once
 
-#include "platform/Windows.h"
+#include "app/GWinThread.h"
 #include "scene_editor/core/MovieClock.h"
 #include "scene_editor/core/MovieFrame.h"
 
 #include <condition_variable>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 
 /// Plays a movie where it lies in a library: reads its frames in a thread of its own, so that the
 /// window never waits for the file. The movie is as it was when it was opened, whatever is done to
-/// the library meanwhile.
+/// the library meanwhile. Damage that makes the system's decoder fault ends the movie, not the
+/// program.
 class MoviePlayer {
 public:
     /// What is to be drawn.
@@ -26,9 +27,10 @@ public:
         bool plays = false;
     };
 
-    /// Opens the movie of that name and plays it. `message` is posted to `window` for
-    /// each frame.
-    MoviePlayer(std::string movie, HWND window, UINT message);
+    /// Opens the movie of that name and plays it. `message` is posted to `window` for each frame.
+    /// Null when the system gives no thread.
+    [[nodiscard]] static std::unique_ptr<MoviePlayer> Start(std::string movie, HWND window,
+                                                            UINT message);
     /// Waits for the thread, which closes the movie.
     ~MoviePlayer();
     MoviePlayer(const MoviePlayer&) = delete;
@@ -45,9 +47,13 @@ public:
 private:
     class Frames;
 
-    void run();
+    MoviePlayer(std::string movie, HWND window, UINT message);
+    static unsigned Run(void* player);
+    /// Until the player ends or the movie can't be shown.
+    void play();
     [[nodiscard]] bool show(Frames& frames, std::int32_t frame);
     void refuse(const std::string& reason);
+    void end(const std::string& reason);
 
     const std::string movie_;
     const HWND window_;
@@ -59,5 +65,5 @@ private:
     editor::FramePicture picture_;
     bool has_new_picture_ = false;
     Shown shown_;
-    std::thread thread_;  ///< Comes last: it uses the rest.
+    GWinThread thread_;  ///< Comes last: it uses the rest.
 };

@@ -40,8 +40,10 @@ bool MovieWindow::play(CWnd& owner, CFont& font, int dpi, const std::string& tit
 {
     if (m_hWnd == nullptr && !create(owner, font, dpi))
         return false;
-    // Where no thread can be had for it, the former movie stays.
-    player_ = std::make_unique<MoviePlayer>(movie, m_hWnd, WM_MOVIE_FRAME);
+    std::unique_ptr<MoviePlayer> player = MoviePlayer::Start(movie, m_hWnd, WM_MOVIE_FRAME);
+    if (player == nullptr)
+        return false;  // the former movie stays
+    player_ = std::move(player);
     picture_ = {};
     shown_ = {};
     AfxSetWindowText(*this, (title + " - Movie").c_str());

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <fstream>
 
 using testing::StartsWith;
@@ -20,13 +21,13 @@ namespace {
 
 constexpr int kRowsOfRoot = 5;
 
-/// The program on a library whose first entry has a movie, which plays.
+/// The program on a library whose first entry has a movie.
 class MovieOfAnEntry : public testing::Test {
 protected:
-    void SetUp() override
+    void show_movie(const std::string& bytes)
     {
         const std::string file = library_.beside("source.avi");
-        std::ofstream(file, std::ios::binary) << movie_.bytes();
+        std::ofstream(file, std::ios::binary) << bytes;
         {
             ObjectDatabase database(library_.file().c_str(), GIO::OpenReadWrite);
             ODB_MovieAttribute movie;
@@ -41,9 +42,8 @@ protected:
         editor_->key(VK_DOWN);
         ASSERT_TRUE(EditorDriver::wait_for([this] { return more() == "movie"; }));
         editor_->key('M', {VK_CONTROL});
-        ASSERT_TRUE(EditorDriver::wait_for([this] {
-            return window() != nullptr && ::GetForegroundWindow() == window() && !place().empty();
-        }));
+        ASSERT_TRUE(EditorDriver::wait_for(
+            [] { return window() != nullptr && ::GetForegroundWindow() == window(); }));
     }
     [[nodiscard]] static HWND window() { return ::FindWindowA(nullptr, "root a - Movie"); }
     [[nodiscard]] static std::string text_of(HWND control)
@@ -124,9 +124,88 @@ protected:
     std::unique_ptr<EditorDriver> editor_;
 };
 
+/// That movie plays.
+class PlayedMovie : public MovieOfAnEntry {
+protected:
+    void SetUp() override
+    {
+        ASSERT_NO_FATAL_FAILURE(show_movie(movie_.bytes()));
+        ASSERT_TRUE(EditorDriver::wait_for([] { return !place().empty(); }));
+    }
+};
+
+/// The movie in the form that only the decoder of this test reads.
+std::string movie_for_the_faulty_decoder(std::string bytes)
+{
+    constexpr std::size_t kHandlerBehindType = 4;
+    constexpr std::size_t kCompressionBehindId = 8 + 16;
+    bytes.replace(bytes.find("vids") + kHandlerBehindType, 4, "zflt");
+    bytes.replace(bytes.find("strf") + kCompressionBehindId, 4, "zflt");
+    return bytes;
+}
+
+/// A decoder that the system knows while this lives.
+class InstalledDecoder {
+public:
+    InstalledDecoder(const std::string& form, std::string file) : name_("vidc." + form)
+    {
+        std::replace(file.begin(), file.end(), '/', '\\');
+        is_there_ = ::RegSetKeyValueA(HKEY_LOCAL_MACHINE, kKey, name_.c_str(), REG_SZ, file.c_str(),
+                                      static_cast<DWORD>(file.size() + 1)) == ERROR_SUCCESS;
+    }
+    ~InstalledDecoder()
+    {
+        if (is_there_)
+            ::RegDeleteKeyValueA(HKEY_LOCAL_MACHINE, kKey, name_.c_str());
+    }
+    InstalledDecoder(const InstalledDecoder&) = delete;
+    InstalledDecoder& operator=(const InstalledDecoder&) = delete;
+
+    [[nodiscard]] bool is_there() const { return is_there_; }
+
+private:
+    static constexpr const char* kKey =
+        "Software\\Microsoft\\Windows NT\\CurrentVersion\\Drivers32";
+    std::string name_;
+    bool is_there_ = false;
+};
+
+/// Whether white text stands on black above the window's controls.
+bool shows_reason(HWND window)
+{
+    constexpr std::uint32_t kWhite = 0xFFFFFF;
+    const EditorDriver::Picture shown = EditorDriver::picture_of(window);
+    for (int x = 0; x < shown.width; ++x) {
+        for (int y = 0; y < shown.height / 2; ++y)
+            if (shown.at(x, y) == kWhite)
+                return true;
+    }
+    return false;
+}
+
 }  // namespace
 
-TEST_F(MovieOfAnEntry, PlaysPausesAndGoesFrameByFrame)
+TEST_F(MovieOfAnEntry, DecoderFaults_EndsTheMovieAndNotTheProgram)
+{
+    const InstalledDecoder decoder("zflt", ZMR_FAULTY_DECODER);
+    ASSERT_TRUE(decoder.is_there()) << "installing one takes the rights of an administrator";
+    const std::string calls = library_.beside("calls.txt");
+    ::SetEnvironmentVariableA("ZMR_DECODER_CALLS", calls.c_str());
+    ASSERT_NO_FATAL_FAILURE(show_movie(movie_for_the_faulty_decoder(movie_.bytes())));
+
+    EXPECT_TRUE(EditorDriver::wait_for([&] { return std::filesystem::exists(calls); }));
+    EXPECT_TRUE(EditorDriver::wait_for([] { return shows_reason(window()); }));
+    EXPECT_TRUE(editor_->is_alive());
+    EXPECT_FALSE(::IsWindowEnabled(::GetDlgItem(window(), IDC_MOVIE_PLAY)));
+    editor_->key(VK_SPACE);
+    editor_->key(VK_ESCAPE);
+    EXPECT_TRUE(EditorDriver::wait_for([] { return window() == nullptr; }));
+    EXPECT_TRUE(editor_->is_alive());
+    EXPECT_EQ(editor_->message(), "");
+    EXPECT_TRUE(close_program());
+}
+
+TEST_F(PlayedMovie, PlaysPausesAndGoesFrameByFrame)
 {
     ASSERT_TRUE(plays());
     editor_->key(VK_SPACE);
@@ -154,7 +233,7 @@ TEST_F(MovieOfAnEntry, PlaysPausesAndGoesFrameByFrame)
     EXPECT_TRUE(close_program());
 }
 
-TEST_F(MovieOfAnEntry, PlaysOnWhileTheLibraryIsWritten)
+TEST_F(PlayedMovie, PlaysOnWhileTheLibraryIsWritten)
 {
     ASSERT_TRUE(plays());
     // The entry itself goes, and others are described, with the movie in view.
