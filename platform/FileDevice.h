@@ -98,6 +98,9 @@ public:
     [[nodiscard]] virtual FileError identity(FileIdentity& identity) const = 0;
     /// A hint that reads will jump about; no read-ahead. Costs one call, never fails.
     virtual void advise_random() = 0;
+    /// A hint that written bytes may start on their way to the disk, so that a later sync() has
+    /// less to wait for. Costs one call, never fails; nothing where the system has no such call.
+    virtual void start_write_out(std::uint64_t /*position*/, std::uint64_t /*size*/) {}
 
 protected:
     FileDevice() = default;

@@ -217,6 +217,13 @@ public:
         static_cast<void>(::posix_fadvise(file_.get(), 0, 0, POSIX_FADV_RANDOM));
     }
 
+    void start_write_out(std::uint64_t position, std::uint64_t size) override
+    {
+        // Where a write fails, the sync to come tells it.
+        static_cast<void>(::sync_file_range(file_.get(), static_cast<off_t>(position),
+                                            static_cast<off_t>(size), SYNC_FILE_RANGE_WRITE));
+    }
+
 private:
     /// False when the range can't be told to the system.
     static bool describe(std::uint64_t position, std::uint64_t size, struct flock& range)

@@ -81,6 +81,7 @@ bool Directory::read(const IndexBlock& page, std::size_t index)
 void DirectoryIndex::reset(RootRecord root)
 {
     root_ = std::move(root);
+    last_found_ = nullptr;
     changes_.clear();
     type_changes_.clear();
     count_changes_ = 0;
@@ -155,12 +156,10 @@ std::shared_ptr<const Directory> DirectoryIndex::base_of(const std::string& dire
                                                          ReadOutcome& outcome) const
 {
     outcome = ReadOutcome::Good;
-    if (!changes_.empty()) {
-        const auto changes = changes_.find(directory);
-        if (changes != changes_.end())
-            return changes->second.has_base ? base_at(changes->second.base_key, outcome) : nullptr;
-    }
-    return base_at(directory, outcome);
+    const DirectoryChanges* const changes = find_changes(directory);
+    if (changes == nullptr)
+        return base_at(directory, outcome);
+    return changes->has_base ? base_at(changes->base_key, outcome) : nullptr;
 }
 
 std::size_t DirectoryIndex::extent_of(const Directory& base, const EntryKey& key)
@@ -191,18 +190,21 @@ void DirectoryIndex::note_damage(const std::string& directory, const ExtentRef& 
 
 bool DirectoryIndex::find(const std::string& directory, const EntryKey& key, Found& found) const
 {
-    if (!changes_.empty()) {
-        const auto changes = changes_.find(directory);
-        if (changes != changes_.end()) {
-            const auto change = changes->second.entries.find(key);
-            if (change != changes->second.entries.end()) {
-                if (change->second.removed)
-                    return false;
-                found = {change->second.view(), change->second.label, nullptr};
-                return true;
-            }
+    if (const DirectoryChanges* const changes = find_changes(directory)) {
+        const auto change = changes->entries.find(key);
+        if (change != changes->entries.end()) {
+            if (change->second.removed)
+                return false;
+            found = {change->second.view(), change->second.label, nullptr};
+            return true;
         }
     }
+    return find_in_base(directory, key, found);
+}
+
+bool DirectoryIndex::find_in_base(const std::string& directory, const EntryKey& key,
+                                  Found& found) const
+{
     ReadOutcome outcome;
     const auto base = base_of(directory, outcome);
     if (base == nullptr || base->extents.empty())
@@ -218,8 +220,19 @@ bool DirectoryIndex::find(const std::string& directory, const EntryKey& key, Fou
     return true;
 }
 
+const DirectoryChanges* DirectoryIndex::look_for_changes(const std::string& directory) const
+{
+    const auto place = changes_.find(directory);
+    if (place == changes_.end())
+        return nullptr;
+    last_found_ = const_cast<Changes::pointer>(&*place);
+    return &place->second;
+}
+
 DirectoryChanges& DirectoryIndex::changes_of(const std::string& directory)
 {
+    if (find_changes(directory) != nullptr)
+        return last_found_->second;
     const auto [place, added] = changes_.try_emplace(directory);
     if (added) {
         place->second.base_key = directory;
@@ -248,12 +261,39 @@ void DirectoryIndex::put(const std::string& directory, const EntryKey& key, std:
                          const EntryValue& value, bool is_new)
 {
     DirectoryChanges& changes = changes_of(directory);
-    auto place = changes.entries.find(key);
-    if (place == changes.entries.end()) {
-        place =
-            changes.entries
-                .emplace(OwnedEntryKey{std::string(key.type), std::string(key.name)}, EntryChange())
-                .first;
+    set_change(changes, changes.entries.lower_bound(key), key, label, value);
+    if (is_new)
+        count(changes, key.type, 1);
+}
+
+bool DirectoryIndex::put(const std::string& directory, const EntryKey& key, std::string_view label,
+                         const EntryValue& value, FileRange& replaced)
+{
+    DirectoryChanges& changes = changes_of(directory);
+    const auto place = changes.entries.lower_bound(key);
+    Found old;
+    bool is_new = true;
+    if (place != changes.entries.end() && place->first.view() == key) {
+        is_new = place->second.removed;
+        old.value = place->second.value;
+    } else {
+        is_new = !find_in_base(directory, key, old);
+    }
+    if (!is_new)
+        replaced = old.value.range();
+    set_change(changes, place, key, label, value);
+    if (is_new)
+        count(changes, key.type, 1);
+    return is_new;
+}
+
+void DirectoryIndex::set_change(DirectoryChanges& changes, EntryChanges::iterator place,
+                                const EntryKey& key, std::string_view label,
+                                const EntryValue& value)
+{
+    if (place == changes.entries.end() || place->first.view() != key) {
+        place = changes.entries.emplace_hint(
+            place, OwnedEntryKey{std::string(key.type), std::string(key.name)}, EntryChange());
         change_bytes_ += kChangeOverhead;
     }
     EntryChange& change = place->second;
@@ -263,8 +303,6 @@ void DirectoryIndex::put(const std::string& directory, const EntryKey& key, std:
     change.label = std::string(label);
     change.value = value;
     change.value.bytes = {};
-    if (is_new)
-        count(changes, key.type, 1);
 }
 
 void DirectoryIndex::remove(const std::string& directory, const EntryKey& key)

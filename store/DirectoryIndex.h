@@ -128,6 +128,9 @@ public:
     /// `is_new` tells whether it was absent.
     void put(const std::string& directory, const EntryKey& key, std::string_view label,
              const EntryValue& value, bool is_new);
+    /// The same when that is not known: true when it was, else `replaced` is where the old one lay.
+    bool put(const std::string& directory, const EntryKey& key, std::string_view label,
+             const EntryValue& value, FileRange& replaced);
     /// Of an entry that is there.
     void remove(const std::string& directory, const EntryKey& key);
     void move_directory(const std::string& from, const std::string& to);
@@ -163,6 +166,14 @@ public:
 
 private:
     friend class IndexFold;
+    /// What changed in a directory; null when nothing did.
+    [[nodiscard]] const DirectoryChanges* find_changes(const std::string& directory) const
+    {
+        if (last_found_ != nullptr && last_found_->first == directory)
+            return &last_found_->second;
+        return look_for_changes(directory);
+    }
+    [[nodiscard]] const DirectoryChanges* look_for_changes(const std::string& directory) const;
     DirectoryChanges& changes_of(const std::string& directory);
     void count(DirectoryChanges& changes, std::string_view type, std::int64_t difference);
     /// False when the root's table has none under that key.
@@ -173,6 +184,12 @@ private:
     [[nodiscard]] std::size_t page_of(std::string_view key) const;
     [[nodiscard]] bool next_base(std::string_view key, std::string& found) const;
     [[nodiscard]] bool has_entries(const DirectoryChanges& changes) const;
+    /// An entry as the root's index holds it.
+    [[nodiscard]] bool find_in_base(const std::string& directory, const EntryKey& key,
+                                    Found& found) const;
+    /// Puts a change at `place`, where that of `key` is or belongs.
+    void set_change(DirectoryChanges& changes, EntryChanges::iterator place, const EntryKey& key,
+                    std::string_view label, const EntryValue& value);
     /// The extent that holds `key` if any does.
     [[nodiscard]] static std::size_t extent_of(const Directory& base, const EntryKey& key);
     void load_types() const;
@@ -186,7 +203,10 @@ private:
     BlockLoader& loader_;
     DamageLog& damage_;
     RootRecord root_;
-    std::map<std::string, DirectoryChanges, std::less<>> changes_;
+    using Changes = std::map<std::string, DirectoryChanges, std::less<>>;
+    Changes changes_;
+    /// The one that was found last: most work stays in a directory for long.
+    mutable Changes::pointer last_found_ = nullptr;
     TypeCounts type_changes_;
     std::int64_t count_changes_ = 0;
     std::size_t change_bytes_ = 0;

@@ -54,9 +54,8 @@ LibraryEntryList DirectoryIndex::list(const std::string& directory, std::string_
     const EntryKey last{next_type, {}};
     static const EntryChanges kNone;
     const EntryChanges* changes = &kNone;
-    const auto place = changes_.find(directory);
-    if (place != changes_.end())
-        changes = &place->second.entries;
+    if (const DirectoryChanges* const found = find_changes(directory))
+        changes = &found->entries;
     auto change = changes->lower_bound(first);
     const auto end = changes->lower_bound(last);
 
@@ -131,10 +130,9 @@ void DirectoryIndex::walk(const std::string& directory, const EntryKey& first, c
     const EntryChanges none;
     const EntryChanges* changes = &none;
     const std::string* base_key = &directory;
-    const auto place = changes_.find(directory);
-    if (place != changes_.end()) {
-        changes = &place->second.entries;
-        base_key = place->second.has_base ? &place->second.base_key : nullptr;
+    if (const DirectoryChanges* const found = find_changes(directory)) {
+        changes = &found->entries;
+        base_key = found->has_base ? &found->base_key : nullptr;
     }
     auto change = changes->lower_bound(first);
     const auto end = last == nullptr ? changes->end() : changes->lower_bound(*last);
@@ -185,16 +183,23 @@ void DirectoryIndex::walk(const std::string& directory, const EntryKey& first, c
 
 std::vector<std::string> DirectoryIndex::types_in(const std::string& directory) const
 {
-    TypeCounts counts;
     ReadOutcome outcome;
-    if (const auto base = base_of(directory, outcome))
+    const auto base = base_of(directory, outcome);
+    const DirectoryChanges* const changes = find_changes(directory);
+    std::vector<std::string> types;
+    if (base != nullptr && (changes == nullptr || changes->types.empty())) {
+        for (const auto& [type, count] : base->types)
+            if (count > 0)
+                types.push_back(type);
+        return types;
+    }
+    TypeCounts counts;
+    if (base != nullptr)
         for (const auto& [type, count] : base->types)
             counts[type] += static_cast<std::int64_t>(count);
-    const auto changes = changes_.find(directory);
-    if (changes != changes_.end())
-        for (const auto& [type, difference] : changes->second.types)
+    if (changes != nullptr)
+        for (const auto& [type, difference] : changes->types)
             counts[type] += difference;
-    std::vector<std::string> types;
     for (const auto& [type, count] : counts)
         if (count > 0)
             types.push_back(type);
@@ -205,9 +210,9 @@ bool DirectoryIndex::accepts_type(const std::string& directory, std::string_view
 {
     ReadOutcome outcome;
     const auto base = base_of(directory, outcome);
-    const auto changes = changes_.find(directory);
+    const DirectoryChanges* const changes = find_changes(directory);
     const std::size_t most = (base == nullptr ? 0 : base->types.size()) +
-                             (changes == changes_.end() ? 0 : changes->second.types.size());
+                             (changes == nullptr ? 0 : changes->types.size());
     if (most < LibraryFile::kMaxTypesInDirectory)
         return true;
     const std::vector<std::string> present = types_in(directory);

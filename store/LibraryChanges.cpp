@@ -78,12 +78,10 @@ bool LibraryState::store(std::string_view bytes, EntryValue& value)
 void LibraryState::put_entry(const LibraryPath& path, const EntryKey& key, std::string_view label,
                              const EntryValue& value)
 {
-    DirectoryIndex::Found old;
-    const bool is_new = !index.find(path.key(), key, old);
-    if (!is_new)
-        release(old.value.range());
+    FileRange replaced;
+    const bool is_new = index.put(path.key(), key, label, value, replaced);
     log_.put(path.key(), key.type, key.name, label, value, is_new);
-    index.put(path.key(), key, label, value, is_new);
+    release(replaced);
 }
 
 bool LibraryState::put(const LibraryPath& path, const EntryKey& key, ContentKind kind,
@@ -174,13 +172,14 @@ bool LibraryState::put_from(const LibraryPath& path, const EntryKey& key, std::s
 bool LibraryState::copy_stored(const EntryValue& from, const LibraryState& source, EntryValue& to)
 {
     to = from;
-    std::string bytes;
+    if (from.has(EntryValue::kInIndex))
+        return true;
     if (!from.has(EntryValue::kInBlocks)) {
-        if (!source.stored_bytes(from, bytes))
-            return false;
-        if (from.has(EntryValue::kInIndex))
-            return true;
-        return write_block(FrameKind::Content, bytes, {}, to.position);
+        if (from.stored == 0)
+            return write_block(FrameKind::Content, {}, {}, to.position);
+        return source.storage.read_checked(from.position, from.stored, from.checksum, copied_) ==
+                   ReadOutcome::Good &&
+               write_block(FrameKind::Content, copied_.view(), {}, to.position);
     }
     const std::uint64_t table_bytes = block_table_bytes(from.stored);
     std::string table;
@@ -188,18 +187,20 @@ bool LibraryState::copy_stored(const EntryValue& from, const LibraryState& sourc
                                     table) != ReadOutcome::Good)
         return false;
     constexpr std::uint64_t kAtOnce = 1u << 20;
-    if (from.stored <= kAtOnce)
+    if (from.stored <= kAtOnce) {
+        std::string bytes;
         return source.stored_bytes(from, bytes) &&
                write_block(FrameKind::Content, bytes, table, to.position);
+    }
     StreamGuard guard(storage, busy);
     guard.begun = storage.begin_stream(to.position);
     for (std::uint64_t at = 0, entry = 0; guard.begun && at < from.stored;
          at += kLibraryBlock, entry += 8) {
         const std::uint64_t part = std::min(kLibraryBlock, from.stored - at);
         const std::uint64_t checksum = load_u64(table.data() + static_cast<std::size_t>(entry));
-        if (source.storage.read_checked(from.position + at, part, checksum, bytes) !=
+        if (source.storage.read_checked(from.position + at, part, checksum, copied_) !=
                 ReadOutcome::Good ||
-            !storage.stream(bytes.data(), bytes.size()))
+            !storage.stream(copied_.data(), copied_.size()))
             return false;
     }
     guard.finished =

@@ -184,7 +184,7 @@ bool LibraryState::write_record(bool root)
             record.start_of_new = start_of_new_;
         }
     }
-    if (storage.must_sync_first() || storage.commit_bytes() > tuning.one_sync_bytes) {
+    if (storage.must_sync_first()) {
         if (!storage.flush() || !storage.sync())
             return false;
         note_synced();

@@ -27,7 +27,7 @@ public:
     LibraryState(FileSystemDevice& file_system, const LibraryTuning& limits)
         : files(file_system),
           tuning(limits),
-          storage(file_system),
+          storage(file_system, limits.one_sync_bytes),
           loader(storage),
           index(loader, damage)
     {
@@ -233,6 +233,7 @@ private:
     std::uint64_t table_position_ = 0;
     std::uint64_t table_checksum_ = 0;
     std::string table_;
+    ByteBuffer copied_;  // at most kLibraryBlock, of the content that is being copied
 };
 
 }  // namespace zmr

@@ -49,6 +49,7 @@ void LibraryStorage::begin_commit()
 {
     commit_start_ = end_;
     commit_bytes_ = 0;
+    written_out_ = end_;
     appended_.reset();
     used_.clear();
     must_sync_first_ = false;
@@ -184,11 +185,15 @@ bool LibraryStorage::add(std::string_view bytes)
 {
     if (error_)
         return false;
-    appended_.add(bytes.data(), bytes.size());
-    commit_bytes_ += bytes.size();
+    count_written(bytes.size());
+    if (!must_sync_first_)
+        appended_.add(bytes.data(), bytes.size());
+    if (buffer_.size() + bytes.size() > kBufferBytes) {
+        if (!flush())
+            return false;
+        write_out();
+    }
     // Large pieces go straight through.
-    if (buffer_.size() + bytes.size() > kBufferBytes && !flush())
-        return false;
     if (bytes.size() > kBufferBytes) {
         set_error(device_->write_at(end_, bytes.data(), bytes.size()));
         end_ += bytes.size();
@@ -197,6 +202,21 @@ bool LibraryStorage::add(std::string_view bytes)
     buffer_ += bytes;
     end_ += bytes.size();
     return true;
+}
+
+void LibraryStorage::count_written(std::uint64_t bytes)
+{
+    commit_bytes_ += bytes;
+    if (commit_bytes_ > one_sync_bytes_)
+        must_sync_first_ = true;
+}
+
+void LibraryStorage::write_out()
+{
+    if (!must_sync_first_ || end_ < written_out_ + kWriteOutBytes)
+        return;
+    device_->start_write_out(written_out_, end_ - written_out_);
+    written_out_ = end_;
 }
 
 bool LibraryStorage::append(FrameKind kind, std::string_view bytes, std::string_view more,
@@ -238,6 +258,7 @@ void LibraryStorage::cancel_stream()
     const std::uint64_t flushed = end_ - buffer_.size();
     buffer_.resize(stream_frame_ > flushed ? static_cast<std::size_t>(stream_frame_ - flushed) : 0);
     end_ = stream_frame_;
+    written_out_ = std::min(written_out_, end_);
 }
 
 bool LibraryStorage::write_free(std::uint64_t start, FrameKind kind, std::string_view bytes,
@@ -253,8 +274,8 @@ bool LibraryStorage::write_free(std::uint64_t start, FrameKind kind, std::string
     whole += bytes;
     whole += more;
     set_error(device_->write_at(start, whole.data(), whole.size()));
-    commit_bytes_ += whole.size();
-    used_[start] = {whole.size(), checksum_of(std::string_view(whole))};
+    count_written(whole.size());
+    used_[start] = {whole.size(), must_sync_first_ ? 0 : checksum_of(std::string_view(whole))};
     position = start + kFrameBytes;
     return !error_;
 }
@@ -262,7 +283,7 @@ bool LibraryStorage::write_free(std::uint64_t start, FrameKind kind, std::string
 bool LibraryStorage::write_piece(std::uint64_t position, std::string_view bytes)
 {
     must_sync_first_ = true;
-    commit_bytes_ += bytes.size();
+    count_written(bytes.size());
     return flush() && write_fixed(position, bytes);
 }
 

@@ -23,7 +23,11 @@ enum class ReadOutcome : std::uint8_t {
 /// wrote. The first failed write or sync stays in error(), and nothing is written after it.
 class LibraryStorage {
 public:
-    explicit LibraryStorage(FileSystemDevice& files) : files_(files) {}
+    /// A commit that writes more than `one_sync_bytes` must be synced in front of its record.
+    LibraryStorage(FileSystemDevice& files, std::uint64_t one_sync_bytes)
+        : files_(files), one_sync_bytes_(one_sync_bytes)
+    {
+    }
 
     /// Takes an open device. `fixed_part_missing`: header and slots are still to be written.
     void attach(std::unique_ptr<FileDevice> device, std::string name, std::string owner,
@@ -90,6 +94,7 @@ public:
     };
     [[nodiscard]] std::uint64_t commit_start() const { return commit_start_; }
     [[nodiscard]] std::uint64_t commit_bytes() const { return commit_bytes_; }
+    /// Only while must_sync_first() is false.
     [[nodiscard]] std::uint64_t appended_checksum() const { return appended_.value(); }
     [[nodiscard]] const std::map<std::uint64_t, Used>& used() const { return used_; }
     /// True when the account can't tell the bytes any more, so that they must be synced first.
@@ -107,16 +112,22 @@ public:
 
 private:
     static constexpr std::size_t kBufferBytes = 64 * 1024;
+    static constexpr std::uint64_t kWriteOutBytes = 4u << 20;
     /// Whether memory may be taken for that many bytes there.
     [[nodiscard]] bool may_hold(std::uint64_t position, std::uint64_t length) const;
     /// Makes the file, or gives an empty one its fixed part.
     [[nodiscard]] bool make_file();
     [[nodiscard]] bool add(std::string_view bytes);
+    /// Counts what the commit writes.
+    void count_written(std::uint64_t bytes);
+    /// Sends what a large commit has appended on to the disk while it goes on.
+    void write_out();
     /// Reads from the device and remembers that it refused. False then.
     [[nodiscard]] bool read_device(std::uint64_t position, void* data, std::size_t size,
                                    std::size_t& done) const;
 
     FileSystemDevice& files_;
+    const std::uint64_t one_sync_bytes_;
     std::unique_ptr<FileDevice> device_;
     std::string name_;
     std::string owner_;
@@ -126,6 +137,7 @@ private:
     std::uint64_t stream_frame_ = 0;
     std::uint64_t commit_start_ = kDataStart;
     std::uint64_t commit_bytes_ = 0;
+    std::uint64_t written_out_ = kDataStart;  // so far the disk was told to write
     RunningChecksum appended_;
     std::map<std::uint64_t, Used> used_;
     bool must_sync_first_ = false;

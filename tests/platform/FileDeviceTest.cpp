@@ -336,6 +336,19 @@ TEST_F(FileDeviceTest, AdviseRandom_ChangesNothingThatIsRead)
     EXPECT_EQ(content(*file), "bytes");
 }
 
+TEST_F(FileDeviceTest, StartWriteOut_OfAnyRange_ChangesNothing)
+{
+    ASSERT_FALSE(write(name_, "bytes"));
+    const auto file = open(name_);
+    ASSERT_TRUE(file);
+
+    file->start_write_out(0, 5);
+    file->start_write_out(3, 1u << 20);
+    file->start_write_out(std::uint64_t{1} << 63, 1);
+    EXPECT_EQ(content(*file), "bytes");
+    EXPECT_FALSE(file->sync());
+}
+
 TEST(FileError, Text_SaysTheReasonAndForOthersTheSystemsCode)
 {
     EXPECT_EQ((FileError{FileErrorKind::DiskFull, 1}).text(), "no space is left on the disk");

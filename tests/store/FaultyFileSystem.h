@@ -54,6 +54,8 @@ public:
     [[nodiscard]] std::string& bytes(const std::string& name) { return files_.at(name)->bytes; }
     void set_bytes(const std::string& name, std::string bytes);
     [[nodiscard]] std::uint64_t syncs() const { return syncs_; }
+    /// Bytes that devices were told to start writing out.
+    [[nodiscard]] std::uint64_t written_out() const { return written_out_; }
     [[nodiscard]] std::uint64_t reads() const { return reads_; }
     [[nodiscard]] std::uint64_t bytes_read() const { return bytes_read_; }
 
@@ -88,6 +90,7 @@ private:
     std::uint64_t reads_ = 0;
     std::uint64_t syncs_ = 0;
     std::uint64_t bytes_read_ = 0;
+    std::uint64_t written_out_ = 0;
     std::uint64_t stop_ = 0;
     std::uint64_t failing_ = 0;
     std::uint64_t failing_read_ = 0;

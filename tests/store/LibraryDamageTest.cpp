@@ -251,7 +251,7 @@ TEST(LibraryDamage, EmptyIndexBlock_IsDamaged)
 {
     FaultyFileSystem files;
     FileError error;
-    LibraryStorage storage(files);
+    LibraryStorage storage(files, LibraryTuning().one_sync_bytes);
     storage.attach(files.open(kName, FileAccess::ReadWrite, FileCreate::CreateNew,
                               FileShare::ReadWrite, error),
                    kName, {}, false);

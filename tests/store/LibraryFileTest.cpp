@@ -405,6 +405,27 @@ TEST(LibraryFile, WorkOutsideScopes_CommitsByItselfAfterFourMebibytes)
     EXPECT_GE(other.list({}, "t").size(), 4u);
 }
 
+TEST(LibraryFile, LargeCommit_IsOnItsWayToTheDiskBeforeItsSync)
+{
+    FaultyFileSystem files;
+    LibraryFile file(files);
+    open_to_write(file);
+    {
+        LibraryCommitScope scope(file);
+        for (unsigned i = 0; i < 7; ++i)
+            ASSERT_TRUE(put(file, {}, std::to_string(i), "t", noise_bytes(1u << 20, i)));
+        EXPECT_EQ(files.written_out(), 0u) << "one sync will do for it";
+        for (unsigned i = 7; i < 20; ++i)
+            ASSERT_TRUE(put(file, {}, std::to_string(i), "t", noise_bytes(1u << 20, i)));
+        EXPECT_GE(files.written_out(), 14u << 20);
+        EXPECT_LE(files.written_out(), 21u << 20) << "nothing is told twice";
+        ASSERT_TRUE(file.commit());
+    }
+    LibraryFile other(files);
+    open_to_read(other);
+    EXPECT_EQ(get(other, {}, "19", "t"), noise_bytes(1u << 20, 19));
+}
+
 TEST(LibraryFile, CopyBetweenFiles_KeepsCompressionAndBytes)
 {
     FaultyFileSystem files;
@@ -421,6 +442,10 @@ TEST(LibraryFile, CopyBetweenFiles_KeepsCompressionAndBytes)
         EXPECT_EQ(get(to, path_of({"d"}), name, "u"), bytes);
     }
     EXPECT_FALSE(to.copy_from({}, "n", "t", from, {}, "none", "t"));
+    ASSERT_TRUE(from.put({}, "nothing", "raw", ContentKind::Raw, {}, {}));
+    EXPECT_TRUE(to.copy_from({}, "nothing", "raw", from, {}, "nothing", "raw"));
+    EXPECT_EQ(get(to, {}, "nothing", "raw"), "");
+    EXPECT_TRUE(to.exists({}, "nothing", "raw"));
     LibraryContent content;
     ASSERT_TRUE(to.find(path_of({"d"}), "9000", "u", content));
     EXPECT_TRUE(content.compressed);
