@@ -64,7 +64,7 @@ template <class T>
 
 struct ipstream::Graph {
     zmr::BlockList<MetClass, 32> classes;
-    zmr::BlockList<MetObject, 256> objects;
+    zmr::BlockList<MetObject, 64> objects;
     std::vector<std::uint32_t> claims;  ///< Made inside objects that are being read, in order.
     std::vector<Reference> references;  ///< The same for pointers handed out.
     std::uint32_t current = kNobody;    ///< The innermost object that is being read.

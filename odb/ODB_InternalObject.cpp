@@ -116,3 +116,16 @@ void ODB_InternalObject::write(opstream& out)
     out << resource_name_;
     out.writeByte(static_cast<unsigned char>(naming_));
 }
+
+/// As by a stream, without the stream: libraries are copied by it.
+GStreamable* ODB_InternalObject::clone(bool deep)
+{
+    if (getMetaClass() != &metaclass_)
+        return ODB_Mediator::clone(deep);
+    auto* const copy = new ODB_InternalObject;
+    copy->set_object_class_name(get_object_class_name());
+    if (naming_ != naming_own_place)
+        copy->resource_name_ = resource_name_;
+    copy->naming_ = naming_;
+    return copy;
+}

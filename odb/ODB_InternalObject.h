@@ -22,6 +22,7 @@ public:
 
     void read(ipstream& in) override;
     void write(opstream& out) override;
+    [[nodiscard]] GStreamable* clone(bool deep) override;
     [[nodiscard]] GStreamable* get_object() override;
 
     /// The name of the object's resource as it is now.

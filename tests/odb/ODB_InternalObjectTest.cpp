@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <vector>
 
 namespace {
 
@@ -17,7 +18,75 @@ ODB_InternalObject* internal(ODB_Mediator* mediator)
     return zmr::class_cast<ODB_InternalObject>(mediator);
 }
 
+std::vector<unsigned char> stream_of(GStreamable& object)
+{
+    ompstream out;
+    out.writePointer(&object);
+    const auto bytes = out.bytes();
+    return {bytes.begin(), bytes.end()};
+}
+
+/// A module's own mediator.
+class NumberedMediator : public ODB_InternalObject {
+    G_DECLARE_CLASS(NumberedMediator)
+
+public:
+    void read(ipstream& in) override
+    {
+        number = in.readByte();
+        ODB_InternalObject::read(in);
+    }
+    void write(opstream& out) override
+    {
+        out.writeByte(number);
+        ODB_InternalObject::write(out);
+    }
+
+    unsigned char number = 0;
+};
+
+G_DEFINE_CLASS(NumberedMediator, ODB_InternalObject);
+
 }  // namespace
+
+TEST(ODB_InternalObject, Clone_OfEachNaming_HasWhatItsStreamHolds)
+{
+    OdbTest test;
+    TestNote object("x");
+    const GResourceFullName place(path_of({"pool"}), GString("one"), GString("object"));
+    test.database.append_object(&object, GString("own"), nullptr);
+    test.database.append_object(&object, GString("name"),
+                                new ODB_InternalObject(GString("elsewhere"), GString("type")));
+    test.database.append_object(&object, GString("place"), new ODB_InternalObject(place));
+    for (const char* name : {"own", "name", "place"}) {
+        ODB_Mediator* const mediator = test.database.get_mediator(GString(name));
+        const std::vector<unsigned char> bytes = stream_of(*mediator);
+        impstream in(bytes);
+        auto* const read = in.read_pointer<ODB_InternalObject>();
+        auto* const clone = internal(zmr::class_cast<ODB_Mediator>(mediator->clone(true)));
+        ASSERT_NE(clone, nullptr);
+
+        EXPECT_EQ(stream_of(*clone), stream_of(*read)) << name;
+        EXPECT_EQ(clone->get_object_class_identifier(), &TestNote::metaclass_);
+        EXPECT_EQ(clone->get_DB(), nullptr);
+        EXPECT_TRUE(clone->get_DB_resname().is_empty());
+        GStreamable::Destroy(read);
+        GStreamable::Destroy(clone);
+    }
+}
+
+TEST(ODB_InternalObject, Clone_OfADerivedClass_IsOfThatClassWithItsFields)
+{
+    auto* const mediator = new NumberedMediator;
+    mediator->number = 7;
+
+    auto* const clone = zmr::class_cast<NumberedMediator>(mediator->clone(true));
+
+    ASSERT_NE(clone, nullptr);
+    EXPECT_EQ(clone->number, 7);
+    GStreamable::Destroy(clone);
+    GStreamable::Destroy(mediator);
+}
 
 TEST(ODB_InternalObject, OwnPlace_RenameNeedsNoChangeOfTheMediator)
 {
