@@ -75,8 +75,13 @@ void ObjectDatabase::set_type(const GString&) {}
 
 void ObjectDatabase::pack()
 {
+    static_cast<void>(ObjectDatabase::pack({}));
+}
+
+bool ObjectDatabase::pack(const std::function<bool(std::uint64_t, std::uint64_t)>& progress)
+{
     if (!is_writable())
-        return;
+        return false;
     {
         const CommitScope scope(*this);
         TGVector<GResourceFullName> icons(0, 4);
@@ -88,7 +93,7 @@ void ObjectDatabase::pack()
                 ResourceFile::remove(icons[i]);
         }
     }
-    ResourceFile::pack();
+    return ResourceFile::pack(progress);
 }
 
 void ObjectDatabase::collect_icon_names(const GResourcePath& path,

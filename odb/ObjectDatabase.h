@@ -6,6 +6,8 @@
 #include "foundation/TGVector.h"
 #include "store/ResourceFile.h"
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -66,6 +68,7 @@ public:
     void set_type(const GString& type) override;
     /// Removes the icons whose objects are gone, then compacts the file.
     void pack() override;
+    bool pack(const std::function<bool(std::uint64_t, std::uint64_t)>& progress) override;
 
     [[nodiscard]] bool object_exists(const GString& name) const;
     [[nodiscard]] bool object_exists(const GResourcePath& path, const GString& name) const;

@@ -32,6 +32,9 @@ private:
     [[nodiscard]] bool move_content(const LibraryPath& path, const Mover& mover,
                                     std::uint64_t limit);
     [[nodiscard]] bool cut();
+    [[nodiscard]] std::uint64_t bytes_above(std::uint64_t limit) const;
+    /// Tells how far it has come; false, from then on, when it is to stop.
+    [[nodiscard]] bool goes_on();
     template <class Visit>
     [[nodiscard]] bool each_directory(Visit visit);
     [[nodiscard]] std::uint64_t live_end() const
@@ -44,6 +47,9 @@ private:
     std::vector<FileRange> live_;  // ascending; without the root's record and the free list
     std::uint64_t live_bytes_ = 0;
     std::uint64_t moved_bytes_ = 0;
+    std::uint64_t bytes_to_move_ = 0;  // those that were moved among them, as far as is known
+    static constexpr std::uint64_t kToldBytes = 1u << 20;
+    std::uint64_t told_bytes_ = 0;
     bool stopped_ = false;
 };
 
@@ -184,15 +190,33 @@ bool LibraryPack::move_contents(std::uint64_t limit)
                                   entry.value, std::string(entry.label)});
             return true;
         });
-        for (const Mover& mover : movers)
+        for (const Mover& mover : movers) {
             if (!move_content(path, mover, limit))
                 return false;
-        if (progress_ && !progress_(moved_bytes_, std::max(moved_bytes_, live_bytes_))) {
-            stopped_ = true;
-            return false;
+            if (moved_bytes_ - told_bytes_ >= kToldBytes && !goes_on())
+                return false;
         }
-        return true;
+        return goes_on();
     });
+}
+
+std::uint64_t LibraryPack::bytes_above(std::uint64_t limit) const
+{
+    std::uint64_t bytes = 0;
+    for (auto range = live_.rbegin(); range != live_.rend(); ++range) {
+        if (range->position + range->length <= limit)
+            break;  // nothing overlaps: all further ones end before
+        bytes += range->length;
+    }
+    return bytes;
+}
+
+bool LibraryPack::goes_on()
+{
+    told_bytes_ = moved_bytes_;
+    stopped_ =
+        stopped_ || (progress_ && !progress_(moved_bytes_, std::max(moved_bytes_, bytes_to_move_)));
+    return !stopped_;
 }
 
 bool LibraryPack::move_index(std::uint64_t limit)
@@ -262,6 +286,7 @@ bool LibraryPack::run()
             break;
         end_before = live_end();
         moved_before = moved_bytes_;
+        bytes_to_move_ = moved_bytes_ + bytes_above(limit);
         state_.move_above_ = limit;
         const bool moved = move_contents(limit) && move_index(limit);
         state_.move_above_ = LibraryState::kNoLimit;

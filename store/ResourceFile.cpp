@@ -140,10 +140,20 @@ void ResourceFile::flush()
 
 void ResourceFile::pack()
 {
+    static_cast<void>(ResourceFile::pack({}));
+}
+
+bool ResourceFile::pack(const std::function<bool(std::uint64_t, std::uint64_t)>& progress)
+{
     if (!is_writable())
-        return;
+        return false;
     const GSingleLock locked(server->lock);
-    server->library_.pack();
+    return server->library_.pack(progress);
+}
+
+std::uint64_t ResourceFile::change_count() const
+{
+    return server == nullptr ? 0 : server->changes_.load();
 }
 
 GFile ResourceFile::get_filename() const
@@ -224,9 +234,10 @@ void ResourceFile::put(GStreamable* object, const GResourceFullName& name, bool 
         ompstream out;
         out.writePointer(object);
         server->apply_kind();
-        static_cast<void>(server->library_.put(
-            path, name.name.view(), name.type.view(), zmr::ContentKind::Streamable,
-            object->getClassName(), std::as_bytes(out.bytes())));  // seen in server->error()
+        if (server->library_.put(path, name.name.view(), name.type.view(),
+                                 zmr::ContentKind::Streamable, object->getClassName(),
+                                 std::as_bytes(out.bytes())))  // a failure is in server->error()
+            ++server->changes_;
     }
     if (keep_loaded)
         server->replace_instance(path, name, object);
@@ -243,7 +254,8 @@ void ResourceFile::remove(const GResourceFullName& name)
     const zmr::LibraryPath* const path = server->library_path(name);
     if (path == nullptr)
         return;
-    server->library_.remove(*path, name.name.view(), name.type.view());
+    if (server->library_.remove(*path, name.name.view(), name.type.view()))
+        ++server->changes_;
     const zmr::LibraryPath kept = *path;
     server->destroy_instance(kept, name);
 }
@@ -261,6 +273,7 @@ void ResourceFile::rename(const GResourceFullName& from, const GResourceFullName
         if (!server->library_.rename(source, from.name.view(), from.type.view(), target,
                                      to.name.view(), to.type.view()))
             return;
+        ++server->changes_;
         GStreamable* const moved = server->loaded_.find(source, from.name.view(), from.type.view());
         if (moved == nullptr) {
             server->destroy_instance(target, to);
@@ -272,6 +285,7 @@ void ResourceFile::rename(const GResourceFullName& from, const GResourceFullName
     }
     if (!server->library_.rename_directory(source, target))
         return;
+    ++server->changes_;
     server->loaded_.rename_directory(source, target);
     const GResourcePath old_path = from;
     const GResourcePath new_path = to;
@@ -295,8 +309,10 @@ void ResourceFile::copy_from(const GResourceFullName& to, const ResourceFile& so
     server->apply_kind();
     if (server->library_.copy_from(target_path, to.name.view(), to.type.view(),
                                    source.server->library_, source_path, from.name.view(),
-                                   from.type.view()))
+                                   from.type.view())) {
+        ++server->changes_;
         server->destroy_instance(target_path, to);
+    }
 }
 
 void ResourceFile::copy_from(const GResourceFullName& to, ipstream& source, long size, unsigned int)
@@ -319,8 +335,10 @@ void ResourceFile::copy_from(const GResourceFullName& to, ipstream& source, long
         left -= done;
         return (source.state() & pstream::kBad) == 0;
     };
-    if (server->library_.put_from(path, to.name.view(), to.type.view(), {}, next_piece))
+    if (server->library_.put_from(path, to.name.view(), to.type.view(), {}, next_piece)) {
+        ++server->changes_;
         server->destroy_instance(path, to);
+    }
 }
 
 bool ResourceFile::extract_to(opstream& out, const GResourceFullName& name, bool) const
@@ -390,7 +408,8 @@ void ResourceFile::empty()
     if (!is_writable())
         return;
     const GSingleLock locked(server->lock);
-    server->library_.clear();
+    if (server->library_.clear())
+        ++server->changes_;
     server->loaded_.take_all(&GStreamable::destroy);
 }
 

@@ -71,6 +71,10 @@ public:
     virtual void flush();
     /// Compacts the file: moves contents into free space and cuts the end off, by ordinary commits.
     virtual void pack();
+    /// The same, telling `progress` now and then the bytes done and in all, which may grow. Its
+    /// false stops the work, which changes nothing that is seen; it runs under the lock and uses no
+    /// library. False when it was stopped or nothing can be written, also inside a CommitScope.
+    virtual bool pack(const std::function<bool(std::uint64_t, std::uint64_t)>& progress);
 
     [[nodiscard]] int io_mode() const { return mode_; }
     /// Whether this client may write: open, and with bit 2.
@@ -88,6 +92,12 @@ public:
     /// What kind of failure that was.
     enum class OpenFailure : std::uint8_t { None, Missing, NoLibrary, Damaged, InUse, Device };
     [[nodiscard]] OpenFailure open_failure() const { return open_failure_; }
+
+    /// A number that moves whenever what the file holds was changed by any client in this process,
+    /// committed or not: who shows what is in the file compares it, at idle for instance, and looks
+    /// again when it has moved. Not by a failure, which takes changes back: that is seen at the
+    /// server's error(). 0 when not open. Any thread, while this client stays open; takes no lock.
+    [[nodiscard]] std::uint64_t change_count() const;
 
     [[nodiscard]] bool exist(const GResourceFullName& name) const;
     /// Reads a resource; null when there is none, when it is damaged, raw, or of an unknown class.

@@ -109,6 +109,7 @@ ResourceFileServer* ResourceFileServer::Attach(ResourceFile& client, const GFile
             reason = result.text;
             if (failure != ResourceFile::OpenFailure::None)
                 return nullptr;
+            ++server->changes_;  // what another process has committed since may be seen now
         }
         return Join(client, server);
     }

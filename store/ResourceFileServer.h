@@ -9,6 +9,8 @@
 #include "store/LoadedInstances.h"
 #include "store/ResourceFile.h"
 
+#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -83,6 +85,7 @@ private:
     ResourceFileBlock pin_block(const zmr::LibraryPath& path, const GResourceFullName& name);
 
     zmr::LibraryFile library_;
+    std::atomic<std::uint64_t> changes_ = 0;  ///< Changed under the lock, read without.
     zmr::LoadedInstances loaded_;
     GFile filename_;
     GString kind_;  ///< Set while the file is not made yet, written with its first change.

@@ -217,6 +217,22 @@ TEST(ObjectDatabase, Pack_FindsIconsInSubdirectories)
     EXPECT_FALSE(test.database.exist(icon));
 }
 
+TEST(ObjectDatabase, PackWithProgress_RemovesIconsToo_AlsoThroughTheBase)
+{
+    OdbTest test;
+    test.add("lamp", "a lamp");
+    test.database.get_mediator(GString("lamp"))->set_icon(new_icon(3));
+    test.database.remove_object(GString("lamp"));
+    ASSERT_TRUE(test.database.exist(OdbTest::icon_of("lamp")));
+
+    ResourceFile& file = test.database;
+    EXPECT_TRUE(file.pack([](std::uint64_t, std::uint64_t) { return true; }));
+
+    EXPECT_FALSE(test.database.exist(OdbTest::icon_of("lamp")));
+    ObjectDatabase reading(test.file().c_str(), GIO::OpenRead);
+    EXPECT_FALSE(reading.pack([](std::uint64_t, std::uint64_t) { return true; }));
+}
+
 TEST(ObjectDatabase, ReadOnly_RemoveRenameAndEmptyChangeNothing)
 {
     OdbTest test;

@@ -12,6 +12,7 @@
 #include <fstream>
 #include <memory>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -67,6 +68,18 @@ protected:
     {
         impstream in(bytes.data(), static_cast<long>(bytes.size()));
         file_.copy_from(resource, in, -1, 0);
+    }
+
+    static constexpr int kPackedResources = 200;
+    static constexpr std::size_t kPackedBytes = 60'000;
+    /// Every second of these is free space.
+    void fill_for_packing()
+    {
+        for (int i = 0; i < kPackedResources; ++i)
+            put_raw(name_of(std::to_string(i).c_str()), std::string(kPackedBytes, 'a'));
+        for (int i = 0; i < kPackedResources; i += 2)
+            file_.remove(name_of(std::to_string(i).c_str()));
+        file_.flush();
     }
 
     TemporaryFolder folder_;
@@ -639,6 +652,102 @@ TEST_F(ResourceFileTest, CommitScope_WhatIsInsideIsNotSeenByOthersBeforeItsEnd)
     ASSERT_EQ(other.open(name("library.zrf"), zmr::LibraryAccess::Read).status,
               zmr::LibraryOpenStatus::Ok);
     EXPECT_TRUE(other.exists(zmr::LibraryPath(), "inside", "t"));
+}
+
+TEST_F(ResourceFileTest, Pack_TellsItsProgressUpToAllThatIsMoved)
+{
+    fill_for_packing();
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> told;
+
+    EXPECT_TRUE(file_.pack([&told](std::uint64_t done, std::uint64_t all) {
+        told.emplace_back(done, all);
+        return true;
+    }));
+
+    ASSERT_GE(told.size(), 3U);  // some 3 MiB in one directory are moved
+    for (std::size_t i = 0; i < told.size(); ++i) {
+        EXPECT_LE(told[i].first, told[i].second);
+        EXPECT_GE(told[i].first, i == 0 ? 0 : told[i - 1].first);
+    }
+    EXPECT_GE(told.back().first, 2U << 20);
+    EXPECT_LE(told.back().second - told.back().first, 1U << 20);
+}
+
+TEST_F(ResourceFileTest, Pack_Stopped_EndsAtOnceAndChangesNothingThatIsSeen)
+{
+    fill_for_packing();
+    int calls = 0;
+
+    EXPECT_FALSE(file_.pack([&calls](std::uint64_t, std::uint64_t) { return ++calls < 2; }));
+
+    EXPECT_EQ(calls, 2);
+    EXPECT_EQ(file_.server->error(), 0);
+    EXPECT_TRUE(file_.verify({}));
+    for (int i = 1; i < kPackedResources; i += 2)
+        EXPECT_EQ(extracted(file_, name_of(std::to_string(i).c_str())).size(), kPackedBytes);
+    EXPECT_TRUE(file_.pack({}));
+}
+
+TEST_F(ResourceFileTest, Pack_WhereNothingCanBePacked_IsRefused)
+{
+    fill_for_packing();
+    int calls = 0;
+    const auto count = [&calls](std::uint64_t, std::uint64_t) {
+        ++calls;
+        return true;
+    };
+    ResourceFile reading(name("library.zrf").c_str(), GIO::OpenRead);
+    ResourceFile unopened;
+    EXPECT_FALSE(reading.pack(count));
+    EXPECT_FALSE(unopened.pack(count));
+    {
+        const ResourceFile::CommitScope scope(file_);
+        EXPECT_FALSE(file_.pack(count));
+    }
+
+    EXPECT_EQ(calls, 0);
+}
+
+TEST_F(ResourceFileTest, ChangeCount_MovesWithEveryChangeOfAnyClient)
+{
+    ResourceFile reading(file_);
+    std::uint64_t last = reading.change_count();
+    const auto has_moved = [&] { return std::exchange(last, reading.change_count()) != last; };
+
+    put(name_of("a"), "text");
+    EXPECT_TRUE(has_moved());
+    put_raw(name_of("raw"), "bytes");
+    EXPECT_TRUE(has_moved());
+    put({path_of({"d"}), GString("b"), GString("t")}, "text");
+    EXPECT_TRUE(has_moved());
+    file_.copy_from(name_of("c"), file_, name_of("a"));
+    EXPECT_TRUE(has_moved());
+    file_.rename(name_of("c"), name_of("e"));
+    EXPECT_TRUE(has_moved());
+    file_.rename(directory({"d"}), directory({"f"}));
+    EXPECT_TRUE(has_moved());
+    file_.remove(name_of("e"));
+    EXPECT_TRUE(has_moved());
+    file_.empty();
+    EXPECT_TRUE(has_moved());
+}
+
+TEST_F(ResourceFileTest, ChangeCount_StandsWhereNothingIsChanged)
+{
+    put(name_of("a"), "text");
+    const std::uint64_t before = file_.change_count();
+
+    EXPECT_EQ(text_of(name_of("a")), "text");
+    file_.remove(name_of("none"));
+    file_.rename(name_of("none"), name_of("b"));
+    file_.rename(directory({"none"}), directory({"b"}));
+    file_.copy_from(name_of("b"), file_, name_of("none"));
+    put(name_of(std::string(70'000, 'n').c_str()), "text");
+    file_.flush();
+    file_.pack();
+
+    EXPECT_EQ(file_.change_count(), before);
+    EXPECT_EQ(ResourceFile().change_count(), 0U);
 }
 
 TEST_F(ResourceFileTest, Pack_WithTwoClients_ChangesNothingThatIsSeen)
