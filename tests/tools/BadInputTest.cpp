@@ -56,6 +56,45 @@ TEST_F(OdbBadInput, WrongUsage_EndsWithTwo)
     EXPECT_FALSE(exists("library.odb"));
 }
 
+TEST_F(OdbBadInput, WrongUsage_IsNamedWithTheHelpToAskFor)
+{
+    EXPECT_EQ(run(2, {"fly"}).err, "odb: there is no command \"fly\"; \"odb --help\" lists them\n");
+    EXPECT_EQ(run(2, {"picture", "fly", library()}).err,
+              "odb: there is no command \"fly\"; \"odb picture --help\" lists them\n");
+    EXPECT_EQ(run(2, {"import", library()}).err,
+              "odb: SOURCE is required; \"odb import --help\" tells more\n");
+    EXPECT_THAT(run(2, {"movie", "set", library(), "--json"}).err,
+                HasSubstr("\"odb movie set --help\" tells more"));
+    EXPECT_THAT(run(2, {}).err, HasSubstr("\"odb --help\" tells more"));
+}
+
+TEST_F(OdbBadInput, DirectoryInThePlaceOfALibrary_AndNoDirectoryForIt_AreNamed)
+{
+    make_folder("library.odb");
+    for (const auto& command : reading_commands()) {
+        EXPECT_EQ(run(1, command).err, "odb: " + library() + ": it is a directory\n") << command[0];
+    }
+    const std::string nowhere = file("nowhere") + "/x.odb";
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"create", nowhere}, {"add", nowhere, sample("badge.png")}}) {
+        const ToolResult result = run(1, command);
+        EXPECT_THAT(result.err, HasSubstr("there is no directory")) << command[0];
+        EXPECT_THAT(result.err, HasSubstr("nowhere")) << command[0];
+    }
+}
+
+TEST_F(OdbBadInput, FilesInTheWayOfExtracting_AreNamedWithTheWayAround)
+{
+    make_library();
+    write("out", "a file");
+    EXPECT_THAT(run(1, {"extract", library(), "badge.png", "--to", file("out")}).err,
+                HasSubstr("a file of that name is there"));
+    EXPECT_EQ(read("out"), "a file");
+    run(0, {"extract", library(), "badge.png", "--to", file("there")});
+    EXPECT_THAT(run(1, {"extract", library(), "badge.png", "--to", file("there")}).err,
+                HasSubstr("--overwrite replaces it"));
+}
+
 TEST_F(OdbBadInput, Help_IsThereForEachCommand)
 {
     EXPECT_THAT(run(0, {"--help"}).out, HasSubstr("verify"));

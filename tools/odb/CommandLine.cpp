@@ -1,5 +1,7 @@
 #include "tools/odb/CommandLine.h"
 
+#include <fmt/format.h>
+
 namespace odb {
 
 namespace {
@@ -25,6 +27,27 @@ CommandLine::CommandLine(Request& request)
     add_pictures();
     add_movies();
     add_caring();
+}
+
+std::string CommandLine::why_refused(const std::vector<std::string>& words,
+                                     const CLI::ParseError& error) const
+{
+    const CLI::App* command = &app_;
+    std::string name = "odb";
+    for (std::size_t i = 1; i < words.size() && command->get_require_subcommand_min() > 0; ++i) {
+        const std::string& word = words[i];
+        const auto named = command->get_subcommands(
+            [&word](const CLI::App* one) { return one->check_name(word); });
+        if (named.empty() && word.starts_with('-'))
+            continue;
+        if (named.empty()) {
+            return fmt::format("there is no command \"{}\"; \"{} --help\" lists them",
+                               printable(word), name);
+        }
+        command = named.front();
+        name += " " + word;
+    }
+    return fmt::format("{}; \"{} --help\" tells more", error.what(), name);
 }
 
 void CommandLine::add_common(CLI::App& command)

@@ -39,6 +39,9 @@ class CommandLine {
 public:
     explicit CommandLine(Request& request);
     [[nodiscard]] CLI::App& app() { return app_; }
+    /// What is wrong with the words, the program's name first, that gave that error.
+    [[nodiscard]] std::string why_refused(const std::vector<std::string>& words,
+                                          const CLI::ParseError& error) const;
 
 private:
     template <class Arguments>

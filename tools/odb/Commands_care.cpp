@@ -47,14 +47,23 @@ ExitCode pack(const FileArguments& arguments, Style style)
     if (!library)
         return library.code;
     const std::uint64_t before = bytes_of_file(arguments.file);
+    bool is_packed = false;
     {
         Progress progress("packing");
         progress.show(arguments.file);
-        library.database->pack();
+        const auto goes_on = [&progress](std::uint64_t done, std::uint64_t all) {
+            progress.show(fmt::format("{} of {} bytes", done, all));
+            return !terminal::interrupted();
+        };
+        is_packed = library.database->pack(goes_on);
     }
     const ExitCode code = finish_writing(*library.database, arguments.file, ExitCode::Done);
     if (code != ExitCode::Done)
         return code;
+    if (!is_packed) {
+        complain(fmt::format("{}: interrupted; the library is whole", arguments.file));
+        return ExitCode::Refused;
+    }
     library.database->close();
     const std::uint64_t after = bytes_of_file(arguments.file);
     if (style == Style::Json)

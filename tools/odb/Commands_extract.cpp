@@ -195,7 +195,9 @@ private:
         std::error_code error;
         const fs::file_status status = fs::symlink_status(path, error);
         if (fs::exists(status) && (!arguments_.overwrite || !fs::is_regular_file(status))) {
-            problem.reason = fmt::format("{} exists already", to_name(path));
+            problem.reason = fmt::format(
+                "{} exists already{}", to_name(path),
+                fs::is_regular_file(status) ? "; --overwrite replaces it" : " and is no file");
             return {};
         }
         return to_name(path);
@@ -286,8 +288,8 @@ ExitCode extract(const ExtractArguments& arguments, Style style)
     if (root)
         fs::create_directories(*root, error);
     if (!root || !fs::is_directory(*root, error)) {
-        complain(fmt::format("{}: the directory can't be made{}{}", arguments.to, error ? ": " : "",
-                             error ? error.message() : ""));
+        const std::string reason = error ? error.message() : "a file of that name is there";
+        complain(fmt::format("{}: the directory can't be made: {}", arguments.to, reason));
         return ExitCode::Refused;
     }
 

@@ -3,9 +3,14 @@
 #include "odb/ObjectDatabase.h"
 #include "platform/FileDevice.h"
 #include "store/ResourceFileServer.h"
+#include "tools/odb/FilePaths.h"
 #include "tools/odb/Output.h"
 
 #include <fmt/format.h>
+
+#include <filesystem>
+#include <optional>
+#include <system_error>
 
 namespace odb {
 
@@ -36,9 +41,30 @@ bool is_of_another_kind(const ResourceFile& probe)
     return !kind.is_empty() && !ObjectDatabase::IsMediatorType(kind);
 }
 
+// Why no library can be there or be made; empty where one can. The system's own words for it would
+// be others.
+std::string why_no_place(const std::string& file)
+{
+    const std::optional<std::filesystem::path> path = to_path(file);
+    std::error_code error;
+    if (!path || path->empty())
+        return {};
+    if (std::filesystem::is_directory(*path, error))
+        return "it is a directory";
+    const std::filesystem::path folder = path->parent_path();
+    if (!folder.empty() && !std::filesystem::is_directory(folder, error))
+        return fmt::format("there is no directory {}", to_name(folder));
+    return {};
+}
+
 OpenedLibrary open(const std::string& file, GIO::IOOpenMode mode, WhenMissing when_missing)
 {
     OpenedLibrary opened;
+    if (const std::string reason = why_no_place(file); !reason.empty()) {
+        opened.code = ExitCode::Refused;
+        opened.reason = fmt::format("{}: {}", file, reason);
+        return opened;
+    }
     {
         const ResourceFile probe(file.c_str(), GIO::OpenRead);
         if (probe.server == nullptr) {

@@ -44,7 +44,7 @@ ExitCode run_words(const std::vector<std::string>& words)
         static_cast<void>(command_line.app().exit(help));
         return ExitCode::Done;
     } catch (const CLI::ParseError& error) {
-        static_cast<void>(command_line.app().exit(error));
+        odb::complain(command_line.why_refused(words, error));
         return ExitCode::WrongUsage;
     }
     terminal::catch_interrupts();
