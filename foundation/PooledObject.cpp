@@ -41,7 +41,7 @@ void* PooledObject::operator new(std::size_t size)
 void PooledObject::operator delete(void* object, std::size_t size) noexcept
 {
     if (size > ObjectPool::kLargest)
-        ::operator delete(object, size);
+        ::operator delete(object);
     else if (object != nullptr)
         pool().free(object);
 }

@@ -22,9 +22,9 @@ public:
     {
         return ::operator new(size, alignment);
     }
-    static void operator delete(void* object, std::size_t size, std::align_val_t alignment) noexcept
+    static void operator delete(void* object, std::size_t, std::align_val_t alignment) noexcept
     {
-        ::operator delete(object, size, alignment);
+        ::operator delete(object, alignment);
     }
     // In memory of the caller's.
     [[nodiscard]] static void* operator new(std::size_t, void* place) noexcept { return place; }

@@ -9,9 +9,9 @@ void* PooledObject::operator new(std::size_t size)
     return ::operator new(size);
 }
 
-void PooledObject::operator delete(void* object, std::size_t size) noexcept
+void PooledObject::operator delete(void* object, std::size_t) noexcept
 {
-    ::operator delete(object, size);
+    ::operator delete(object);
 }
 
 }  // namespace zmr
