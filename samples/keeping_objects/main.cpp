@@ -3,6 +3,7 @@
 // not hold.
 #include "Chair.h"
 #include "graphics/PixelMap.h"
+#include "graphics/PixelMapTools.h"
 #include "odb/ODB_ClassFilter.h"
 #include "odb/ODB_ExternalObject.h"
 #include "odb/ODB_FiltersContainer.h"
@@ -14,6 +15,7 @@
 #include "odb/ODB_RegularExpressionFilter.h"
 #include "odb/ODB_TextDescriptionAttribute.h"
 #include "odb/ObjectDatabase.h"
+#include "odb/ObjectImport.h"
 #include "store/ResourceFileServer.h"
 
 #include <fstream>
@@ -42,6 +44,34 @@ bool open_to_write(ObjectDatabase& library, const std::string& file)
     return false;
 }
 // [/open]
+
+// [import]
+/// Puts a picture or model into the library; else tells the user why not.
+bool add_file(ObjectDatabase& library, const std::string& file, const GResourceFullName& name)
+{
+    const zmr::ImportedObject imported = zmr::import_object(file);
+    if (imported.object != nullptr && zmr::append_with_icon(library, *imported.object, name))
+        return true;
+    std::cerr << file << ": "
+              << (imported.object != nullptr ? "it could not be stored" : imported.reason) << "\n";
+    return false;
+}
+// [/import]
+
+void import_files(ObjectDatabase& library, const std::string& folder)
+{
+    const std::string picture = folder + "/cloth.bmp";
+    const PixelMap cloth(32, 32, AbstractImage::MapFormat(6), nullptr);
+    check(PixelMapTools::SaveToFile(&cloth, picture.c_str(), true), "the picture is written");
+    const GString name("cloth");
+    check(add_file(library, picture, GResourceFullName(GResourcePath(), name, GString())),
+          "the picture is in the library");
+    check(library.get_mediator(name)->has_icon(), "it has an icon");
+    const std::string poem = folder + "/poem.txt";
+    std::ofstream(poem) << "no picture";
+    check(zmr::import_object(poem).reason == "no registered format reads it", "a poem is none");
+    library.remove_object(name);
+}
 
 void store_and_load(ObjectDatabase& library)
 {
@@ -261,6 +291,7 @@ void run(const std::string& folder)
     const std::string file = folder + "/furniture.odb";
     ObjectDatabase library;
     check(open_to_write(library, file), "the library is opened");
+    import_files(library, folder);
     store_and_load(library);
     list(library);
     change(library);
