@@ -33,7 +33,7 @@ void GResponder::set_state(unsigned long asked_bits, unsigned char on)
         return;
     }
     state_ = on != 0 ? state_ | bits : state_ & ~bits;
-    if ((bits & kInherited) != 0 && children_.count() > 0)
+    if ((bits & kInherited) != 0 && children_.has_block())
         pass_state_on(bits, on);
 }
 
@@ -197,20 +197,20 @@ RGB_Color GResponder::get_default_color(long)
 
 bool GResponder::use_parent_color()
 {
-    return parent_color_;
+    return flag(kParentColor);
 }
 
 void GResponder::set_use_parent_color(bool use)
 {
-    parent_color_ = use;
+    set_flag(kParentColor, use);
 }
 
 bool GResponder::use_parent_select_color()
 {
-    return parent_select_color_;
+    return flag(kParentSelectColor);
 }
 
 void GResponder::set_use_parent_select_color(bool use)
 {
-    parent_select_color_ = use;
+    set_flag(kParentSelectColor, use);
 }
