@@ -18,11 +18,13 @@
 #include "odb/ObjectImport.h"
 #include "store/ResourceFileServer.h"
 
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <thread>
 
 namespace {
@@ -315,6 +317,11 @@ int main(int count, char** words)
 {
     if (count != 2) {
         std::cerr << "usage: keeping_objects FOLDER\n";
+        return 2;
+    }
+    std::error_code error;
+    if (!std::filesystem::is_empty(words[1], error) || error) {
+        std::cerr << words[1] << ": it is no empty folder\n";
         return 2;
     }
     try {
