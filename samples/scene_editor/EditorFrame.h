@@ -179,6 +179,7 @@ private:
     void take(editor::EntryRenamed& renamed);
     void take(editor::EntriesRemoved& removed);
     void take(editor::EntryChanged& changed);
+    void take(editor::NamesChanged& changed);
     void take(editor::DirectoryMoved& moved);
     void take(editor::DeletionsKept& kept);
     void take(editor::EntriesRestored& restored);
@@ -235,9 +236,10 @@ private:
     std::unique_ptr<editor::LibraryWorker> worker_;
     std::string file_;  ///< Empty when no library is open.
     bool is_writable_ = false;
-    editor::DirectoryPath path_;                             ///< What the list shows.
-    editor::ListingId listing_ = 0;                          ///< Its number.
-    bool is_complete_ = true;                                ///< All its rows are here.
+    editor::DirectoryPath path_;     ///< What the list shows.
+    editor::ListingId listing_ = 0;  ///< Its number.
+    bool is_complete_ = true;        ///< All its rows are here.
+    bool is_list_outdated_ = false;  ///< To be listed again once no name is typed.
     std::optional<editor::DirectoryPath> wanted_directory_;  ///< To be shown once it is known.
     std::string wanted_row_;  ///< The name of the row that is to be selected when it comes.
     std::optional<EntryList::Id> previewed_row_;  ///< Of this listing.

@@ -7,6 +7,7 @@
 #include "scene_editor/TextRequest.h"
 #include "scene_editor/WindowMessages.h"
 #include "scene_editor/core/CommandLine.h"
+#include "scene_editor/core/NamesUpdate.h"
 #include "scene_editor/core/PreviewTexts.h"
 #include "scene_editor/resource.h"
 #include "settings/MsgBox.h"
@@ -287,6 +288,30 @@ void EditorFrame::take(editor::EntryChanged& changed)
     show_filter_choices();
     icons_asked_for_.clear();
     previewed_row_.reset();
+}
+
+void EditorFrame::take(editor::NamesChanged& changed)
+{
+    if (changed.listing != listing_)
+        return;
+    if (changed.has_other_directories) {
+        show_directories_again(path_);
+        return;
+    }
+    const editor::NamesUpdate update = editor::update_for(list_.rows(), changed);
+    if (edited_row_) {
+        // The name that is typed would be lost.
+        is_list_outdated_ = is_list_outdated_ || !update.is_empty();
+        return;
+    }
+    if (update.lists_again) {
+        list_again();
+        return;
+    }
+    if (!update.gone.empty())
+        list_.remove(update.gone);
+    for (const std::string& name : update.to_look_at)
+        worker_->want_entry(path_, name);
 }
 
 void EditorFrame::take(editor::DirectoryMoved& moved)

@@ -46,6 +46,7 @@ void EditorFrame::show_directory(const editor::DirectoryPath& path)
     path_ = path;
     ++listing_;
     is_complete_ = false;
+    is_list_outdated_ = false;
     list_.clear();
     wanted_row_.clear();
     icons_asked_for_.clear();
@@ -117,6 +118,8 @@ void EditorFrame::ask_for_preview()
 LRESULT EditorFrame::OnIdle(WPARAM disable, LPARAM unused)
 {
     CFrameWnd::OnIdleUpdateCmdUI(disable, unused);
+    if (!edited_row_ && std::exchange(is_list_outdated_, false))
+        list_again();
     ask_for_icons();
     ask_for_preview();
     show_name_under_mouse();

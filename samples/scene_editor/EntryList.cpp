@@ -116,11 +116,14 @@ void EntryList::rename(Id row, const std::string& name)
 void EntryList::remove(const std::vector<Id>& rows)
 {
     const int focused = GetNextItem(-1, LVNI_SELECTED);
+    std::optional<Id> kept = single_row();
+    if (kept && std::find(rows.begin(), rows.end(), *kept) != rows.end())
+        kept.reset();
     rows_.remove(rows);
     for (const Id row : rows)
         icons_.forget(row);
-    show_rows(std::nullopt);
-    if (!rows_.shown().empty() && focused >= 0)
+    show_rows(kept);
+    if (!kept && !rows_.shown().empty() && focused >= 0)
         select_only(std::min(static_cast<std::size_t>(focused), rows_.shown().size() - 1));
 }
 

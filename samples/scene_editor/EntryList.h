@@ -25,7 +25,7 @@ public:
     void append(editor::RowBatch batch);
     void set_filter(const std::string& text);
     void rename(Id row, const std::string& name);
-    /// The row below the removed ones is selected then.
+    /// Where the selected row goes, the one below it is selected then.
     void remove(const std::vector<Id>& rows);
 
     /// The icon, null when the row has none, and the rest that it shows.

@@ -102,6 +102,15 @@ struct EntryChanged {
     Holding holding = Holding::Inside;
 };
 
+/// Some client of the file, perhaps this one, has taken entries of the listed directory out or put
+/// others in.
+struct NamesChanged {
+    ListingId listing = 0;
+    std::vector<std::string> gone;
+    std::vector<std::string> come;
+    bool has_other_directories = false;
+};
+
 /// Some client of the file has renamed a directory.
 struct DirectoryMoved {
     DirectoryPath from;
@@ -147,8 +156,8 @@ struct ChangeRefused {
 using LibraryResult =
     std::variant<LibraryOpened, LibraryRefused, DirectoriesListed, RowsListed, IconLoaded,
                  PreviewLoaded, ObjectLoaded, EntryRenamed, EntriesRemoved, EntryChanged,
-                 DirectoryMoved, DeletionsKept, EntriesRestored, FiltersListed, WorkProgress,
-                 WorkDone, ChangeRefused>;
+                 NamesChanged, DirectoryMoved, DeletionsKept, EntriesRestored, FiltersListed,
+                 WorkProgress, WorkDone, ChangeRefused>;
 
 /// An entry of a listing.
 struct ListedEntry {

@@ -14,6 +14,8 @@
 #include "store/ResourceFileServer.h"
 
 #include <algorithm>
+#include <numeric>
+#include <utility>
 
 namespace editor {
 
@@ -89,6 +91,7 @@ LibraryResult LibrarySession::open(const std::string& file)
             return LibraryRefused{file, open_reason(file, *database)};
     }
     database_ = std::move(database);
+    known_changes_ = database_->change_count();
     file_ = file;
     if (entry_modified_ && directory_renamed_) {
         listener_ = std::make_unique<LibraryListener>(*database_->server, entry_modified_,
@@ -100,6 +103,9 @@ LibraryResult LibrarySession::open(const std::string& file)
 void LibrarySession::close()
 {
     names_.clear();
+    known_ = {};
+    listing_ = 0;
+    listed_path_.clear();
     first_rows_ = false;
     filter_.reset();
     listener_.reset();
@@ -138,17 +144,14 @@ void LibrarySession::begin_listing(ListingId listing, const DirectoryPath& path,
     first_rows_ = true;
     if (database_ == nullptr)
         return;
-    const GResourcePath here = resource_path(path);
-    for (GResourceSubDirectoryIterator it(*database_, here); it.index >= 0; --it) {
-        if (!is_hidden(path, it.element()))
-            names_.push_back({std::string(it.element().view()), RowKind::Directory});
-    }
-    const GResourceFullName mediators = mediator_name(path, {});
-    for (GResourceIterator it(*database_, mediators); it.index >= 0; --it)
-        names_.push_back({std::string(it.element().view()), RowKind::Entry});
+    known_changes_ = database_->change_count();
+    known_ = DirectoryNames(*database_, path);
+    names_.resize(known_.size());
+    std::iota(names_.begin(), names_.end(), std::size_t{0});
     // Backwards, so that rows are taken off the end.
-    std::sort(names_.begin(), names_.end(), [](const ListedName& a, const ListedName& b) {
-        return a.kind != b.kind ? a.kind > b.kind : name_before(b.name, a.name);
+    std::sort(names_.begin(), names_.end(), [this](std::size_t a, std::size_t b) {
+        return known_.kind(a) != known_.kind(b) ? known_.kind(a) > known_.kind(b)
+                                                : name_before(known_.name(b), known_.name(a));
     });
 }
 
@@ -159,16 +162,17 @@ RowsListed LibrarySession::next_rows(std::size_t count)
     first_rows_ = false;
     const GResourcePath here = resource_path(listed_path_);
     for (; count > 0 && !names_.empty(); --count, names_.pop_back()) {
-        const ListedName& row = names_.back();
+        const std::string_view name = known_.name(names_.back());
+        const RowKind kind = known_.kind(names_.back());
         const ODB_Mediator* const mediator =
-            row.kind == RowKind::Entry ? database_->get_mediator(here, text_of(row.name)) : nullptr;
+            kind == RowKind::Entry ? database_->get_mediator(here, GString(name)) : nullptr;
         if (mediator == nullptr) {
-            if (filter_ == nullptr || row.kind == RowKind::Directory)
-                listed.rows.add(row.name, {}, row.kind);
+            if (filter_ == nullptr || kind == RowKind::Directory)
+                listed.rows.add(name, {}, kind);
             continue;
         }
         if (filter_ == nullptr || filter_->accept(*mediator) != 0) {
-            listed.rows.add(row.name, mediator->get_object_class_name().view(), row.kind,
+            listed.rows.add(name, mediator->get_object_class_name().view(), kind,
                             holding_of(*mediator));
         }
     }
@@ -176,6 +180,22 @@ RowsListed LibrarySession::next_rows(std::size_t count)
     if (listed.is_last)
         listed.damage = new_damage();
     return listed;
+}
+
+std::optional<NamesChanged> LibrarySession::look_again()
+{
+    if (database_ == nullptr || is_listing())
+        return std::nullopt;
+    const std::uint64_t changes = database_->change_count();
+    if (std::exchange(known_changes_, changes) == changes)
+        return std::nullopt;
+    DirectoryNames now(*database_, listed_path_);
+    DirectoryNames::Difference difference = now.since(known_);
+    known_ = std::move(now);
+    if (difference.is_empty())
+        return std::nullopt;
+    return NamesChanged{listing_, std::move(difference.gone), std::move(difference.come),
+                        difference.has_other_directories};
 }
 
 std::string LibrarySession::new_damage()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "scene_editor/core/DeletedEntries.h"
+#include "scene_editor/core/DirectoryNames.h"
 #include "scene_editor/core/LibraryListener.h"
 #include "scene_editor/core/LibraryResults.h"
 #include "scene_editor/core/LibraryTransfer.h"
@@ -51,6 +52,10 @@ public:
     [[nodiscard]] bool is_listing() const { return !names_.empty() || first_rows_; }
     /// The next `count` rows, with their classes: reads the mediators.
     [[nodiscard]] RowsListed next_rows(std::size_t count);
+    /// What came into the listed directory and what left it since it was listed or looked at last,
+    /// by any client in this process; nothing while it is being listed. Where nothing in the
+    /// library was changed it costs a comparison, else it reads the names.
+    [[nodiscard]] std::optional<NamesChanged> look_again();
 
     /// The icon, at most `size_px` a side. The stored one is not kept in memory.
     [[nodiscard]] std::unique_ptr<PixelMap> load_icon(const DirectoryPath& path,
@@ -111,11 +116,6 @@ public:
 
 private:
     using OwnedFilter = zmr::OwnedObject<ODB_ContentsFilter>;
-    struct ListedName {
-        std::string name;
-        RowKind kind;
-    };
-
     [[nodiscard]] std::optional<std::string> not_writable() const;
     [[nodiscard]] std::optional<std::string> commit();
     [[nodiscard]] ODB_Mediator* mediator_of(const DirectoryPath& path,
@@ -135,9 +135,12 @@ private:
     std::string told_damage_;
     ListingId listing_ = 0;
     DirectoryPath listed_path_;
-    OwnedFilter filter_;             ///< Null when it would want everything.
-    std::vector<ListedName> names_;  ///< Of the rows that are still to come, the last one in front.
-    bool first_rows_ = false;        ///< No rows were given yet: an empty directory has one batch.
+    OwnedFilter filter_;  ///< Null when it would want everything.
+    DirectoryNames known_;
+    std::uint64_t known_changes_ = 0;  ///< The library's count when those were read.
+    std::vector<std::size_t> names_;   ///< Numbers in `known_` of the rows that are still to come,
+                                       ///< the last one in front.
+    bool first_rows_ = false;  ///< No rows were given yet: an empty directory has one batch.
 };
 
 }  // namespace editor

@@ -162,13 +162,16 @@ WorkDone LibrarySession::pack(const StepsDone& steps)
     if (const auto reason = not_writable())
         return {*reason, false, false};
     const std::uintmax_t before = bytes_of(file_);
-    if (!empty_deleted(*database_, steps)) {
-        static_cast<void>(commit());
-        return {"It was stopped; the library is whole.", false, false};
-    }
-    database_->pack();
+    constexpr std::uint64_t kStepBytes = 1024;
+    const bool is_packed = empty_deleted(*database_, steps) &&
+                           database_->pack([&steps](std::uint64_t done, std::uint64_t all) {
+                               return steps(static_cast<std::size_t>(done / kStepBytes),
+                                            static_cast<std::size_t>(all / kStepBytes));
+                           });
     if (const auto reason = commit())
         return {*reason, false, false};
+    if (!is_packed)
+        return {"It was stopped; the library is whole.", false, false};
     return {"Packed: " + with_thousands(static_cast<std::size_t>(before)) + " bytes before, " +
                 with_thousands(static_cast<std::size_t>(bytes_of(file_))) + " now.",
             true, false};

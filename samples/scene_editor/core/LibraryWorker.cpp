@@ -4,6 +4,7 @@
 #include "scene_editor/core/CountsText.h"
 #include "scene_editor/core/LibrarySession.h"
 
+#include <algorithm>
 #include <exception>
 #include <iterator>
 #include <utility>
@@ -105,6 +106,14 @@ void LibraryWorker::want_picture(const DirectoryPath& path, const std::string& n
         preview_ = WantedPreview{path, name, picture, size_px};
     }
     work_waits_.notify_all();
+}
+
+void LibraryWorker::want_entry(const DirectoryPath& path, const std::string& name)
+{
+    add_task([this, path, name](LibrarySession& session) {
+        if (auto entry = session.look_at(path, name))
+            give(std::move(*entry));
+    });
 }
 
 void LibraryWorker::want_object(const DirectoryPath& path, const std::string& name)
@@ -256,12 +265,7 @@ void LibraryWorker::run()
 {
     // Any client's changes are looked at in their turn.
     LibrarySession session(
-        [this](const DirectoryPath& path, const std::string& name) {
-            add_task([this, path, name](LibrarySession& open) {
-                if (auto entry = open.look_at(path, name))
-                    give(std::move(*entry));
-            });
-        },
+        [this](const DirectoryPath& path, const std::string& name) { want_entry(path, name); },
         [this](const DirectoryPath& from, const DirectoryPath& to) {
             give(DirectoryMoved{from, to});
         });
@@ -269,12 +273,13 @@ void LibraryWorker::run()
     while (true) {
         if (ends_)
             return;
-        const Task task = next_task();
+        Task task = next_task();
         if (!task) {
             is_busy_ = false;
             idle_.notify_all();
-            work_waits_.wait(lock);
-            continue;
+            if (work_waits_.wait_for(lock, look_every_) == std::cv_status::no_timeout)
+                continue;
+            task = [this](LibrarySession& open) { look_again(open); };
         }
         is_busy_ = true;
         lock.unlock();
@@ -333,6 +338,15 @@ void LibraryWorker::list_more(LibrarySession& session)
         batch_rows_ = kRowsOfBatch;
     }
     give(std::move(rows));
+}
+
+void LibraryWorker::look_again(LibrarySession& session)
+{
+    const auto began = std::chrono::steady_clock::now();
+    if (std::optional<NamesChanged> changed = session.look_again())
+        give(std::move(*changed));
+    const std::chrono::nanoseconds took = std::chrono::steady_clock::now() - began;
+    look_every_ = std::max<std::chrono::nanoseconds>(kLookEvery, 10 * took);
 }
 
 void LibraryWorker::load_preview(LibrarySession& session, const WantedPreview& wanted)

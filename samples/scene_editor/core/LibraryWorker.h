@@ -4,6 +4,7 @@
 #include "scene_editor/core/LibraryResults.h"
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -20,7 +21,8 @@ struct PreviewRead;
 /// Works on a library in a thread of its own, which alone has the library; a second one draws
 /// previews, which may take long. Requests return at once;
 /// results wait in a queue. Changes are made in the order in which they were asked for; a listing
-/// under way lets other work between its batches.
+/// under way lets other work between its batches. While nothing is to be done, what other clients
+/// in this process do to the listed directory is told soon.
 class LibraryWorker {
 public:
     using Teller = std::function<void(const std::string&)>;
@@ -47,6 +49,8 @@ public:
     /// One of the entry's named pictures, in place of a preview asked for before.
     void want_picture(const DirectoryPath& path, const std::string& name,
                       const std::string& picture, int size_px);
+    /// An entry as it is, where it is there.
+    void want_entry(const DirectoryPath& path, const std::string& name);
     /// The object of an entry, for the caller to own.
     void want_object(const DirectoryPath& path, const std::string& name);
     void rename(ListingId listing, const DirectoryPath& path, const ListedEntry& entry,
@@ -75,6 +79,7 @@ public:
 
     static constexpr std::size_t kRowsOfFirstBatch = 256;  ///< What fills a window, at once.
     static constexpr std::size_t kRowsOfBatch = 4096;
+    static constexpr std::chrono::milliseconds kLookEvery{500};  ///< At most, for other changes.
 
 private:
     using Task = std::function<void(LibrarySession&)>;
@@ -101,6 +106,7 @@ private:
     /// The next piece of work, in the order of urgency; null when there is none. Under the lock.
     [[nodiscard]] Task next_task();
     void list_more(LibrarySession& session);
+    void look_again(LibrarySession& session);
     void load_preview(LibrarySession& session, const WantedPreview& wanted);
     void give(LibraryResult result);
     void tell(const std::string& text) const;
@@ -118,6 +124,7 @@ private:
     std::size_t batch_rows_ = kRowsOfFirstBatch;
     bool is_busy_ = false;
     bool ends_ = false;
+    std::chrono::nanoseconds look_every_ = kLookEvery;  ///< The worker's thread only.
     std::atomic<bool> stops_{false};
     std::deque<LibraryResult> results_;
     std::condition_variable drawing_waits_;

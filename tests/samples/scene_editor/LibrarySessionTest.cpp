@@ -1,6 +1,7 @@
 #include "scene_editor/core/LibrarySession.h"
 
 #include "SampleLibrary.h"
+#include "foundation/mpstream.h"
 #include "odb/ODB_ExternalObject.h"
 #include "odb/ODB_Mediator.h"
 #include "odb/ODB_MovieAttribute.h"
@@ -21,8 +22,11 @@ using editor::EntryRows;
 using editor::LibraryOpened;
 using editor::LibraryRefused;
 using editor::LibrarySession;
+using editor::WorkDone;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
 
 namespace {
 
@@ -271,6 +275,119 @@ TEST(LibrarySession, Pack_EndsWhatCouldBeTakenBackAndCutsTheFile)
     EXPECT_LT(std::filesystem::file_size(library.file()), before / 4);
     EXPECT_EQ(session.deletions(), 0U);
     EXPECT_EQ(all_rows(session, {}).size(), 1U);
+}
+
+TEST(LibrarySession, LookAgain_FindsWhatAnotherClientPutInAndTookOut)
+{
+    const SampleLibrary library;
+    LibrarySession session;
+    static_cast<void>(session.open(library.file()));
+    static_cast<void>(all_rows(session, {}));
+    EXPECT_FALSE(session.look_again());
+
+    ObjectDatabase other(library.file().c_str(), GIO::OpenReadWrite);
+    add_picture(other, GResourcePath(), "another", 2, 2, false);
+    add_picture(other, GResourcePath(), "zebra", 2, 2, false);
+    other.remove_object("root b");
+    other.rename_object("Root C", "root d");
+    const auto found = session.look_again();
+
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->listing, 1U);
+    EXPECT_THAT(found->come, UnorderedElementsAre("another", "zebra", "root d"));
+    EXPECT_THAT(found->gone, UnorderedElementsAre("root b", "Root C"));
+    EXPECT_FALSE(found->has_other_directories);
+    EXPECT_FALSE(session.look_again());
+}
+
+TEST(LibrarySession, LookAgain_TellsOfNothingElse)
+{
+    const SampleLibrary library;
+    LibrarySession session;
+    static_cast<void>(session.open(library.file()));
+    EXPECT_FALSE(session.look_again());
+    static_cast<void>(all_rows(session, {"Plain"}));
+    ObjectDatabase other(library.file().c_str(), GIO::OpenReadWrite);
+    add_picture(other, GResourcePath(), "of the root", 2, 2, false);
+    other.get_mediator(editor::mediator_name({"Plain"}, "three"))->modified();
+    EXPECT_FALSE(session.look_again());
+    session.begin_listing(2, {"Plain"});
+    add_picture(other, editor::resource_path({"Plain"}), "new", 2, 2, false);
+    EXPECT_FALSE(session.look_again());  // its rows are still to come
+
+    while (session.is_listing())
+        static_cast<void>(session.next_rows(10));
+    const auto found = session.look_again();
+
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->listing, 2U);
+    EXPECT_THAT(found->come, ElementsAre("new"));
+    session.close();
+    EXPECT_FALSE(session.look_again());
+}
+
+TEST(LibrarySession, LookAgain_TellsThatThereAreOtherDirectories)
+{
+    const SampleLibrary library;
+    LibrarySession session;
+    static_cast<void>(session.open(library.file()));
+    static_cast<void>(all_rows(session, {}));
+    // What is deleted goes to a directory that nobody sees.
+    ASSERT_EQ(session.remove({}, {{2, "root a"}}, go_on).entries.size(), 1U);
+    const auto deleted = session.look_again();
+    ASSERT_TRUE(deleted);
+    EXPECT_THAT(deleted->gone, ElementsAre("root a"));
+    EXPECT_FALSE(deleted->has_other_directories);
+
+    ObjectDatabase other(library.file().c_str(), GIO::OpenReadWrite);
+    add_picture(other, editor::resource_path({"newer"}), "one", 2, 2, false);
+    const auto made = session.look_again();
+    ASSERT_TRUE(made);
+    EXPECT_TRUE(made->has_other_directories);
+    EXPECT_THAT(made->come, IsEmpty());
+
+    other.rename({editor::resource_path({"newer"}), GString(), GString()},
+                 {editor::resource_path({"older"}), GString(), GString()});
+    const auto renamed = session.look_again();
+    ASSERT_TRUE(renamed);
+    EXPECT_TRUE(renamed->has_other_directories);
+}
+
+TEST(LibrarySession, Pack_TellsHowFarItHasComeAndStopsWhenAsked)
+{
+    const SampleLibrary library;
+    const auto file_bytes = [&library] { return std::filesystem::file_size(library.file()); };
+    {
+        ResourceFile file(library.file().c_str(), GIO::OpenReadWrite);
+        std::string content(3 << 20, 'a');
+        for (const char* const name : {"gap", "kept", "last"}) {
+            impstream in(content.data(), static_cast<long>(content.size()));
+            file.copy_from({GResourcePath(), GString(name), GString("raw")}, in, -1, 0);
+        }
+        file.remove({GResourcePath(), GString("gap"), GString("raw")});
+    }
+    LibrarySession session;
+    static_cast<void>(session.open(library.file()));
+    const auto before = file_bytes();
+
+    const WorkDone stopped = session.pack([](std::size_t, std::size_t) { return false; });
+    EXPECT_FALSE(stopped.is_as_asked);
+    EXPECT_THAT(stopped.text, HasSubstr("stopped"));
+    std::size_t last = 0;
+    std::size_t total = 0;
+    const WorkDone done = session.pack([&](std::size_t now, std::size_t all) {
+        EXPECT_GE(now, last);
+        EXPECT_LE(now, all);
+        last = now;
+        total = all;
+        return true;
+    });
+
+    EXPECT_TRUE(done.is_as_asked) << done.text;
+    EXPECT_GE(last, 3U << 10);  // of KiB
+    EXPECT_LE(total - last, 64U);  // what of the index moves is not told
+    EXPECT_LT(file_bytes(), before - (2U << 20));
+    EXPECT_EQ(all_rows(session, {}).size(), 5U);
 }
 
 TEST(LibrarySession, ListingWithAFilter_GivesWhatItWantsAndAllDirectories)

@@ -6,6 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 
 using namespace editor;
 using testing::ElementsAre;
@@ -64,6 +67,50 @@ TEST(LibraryWorker, NewListing_ReplacesTheOneBefore)
     ASSERT_FALSE(batches.empty());
     EXPECT_EQ(batches.back().listing, 2U);
     EXPECT_EQ(batches.back().rows.size(), 1U);
+}
+
+TEST(LibraryWorker, ChangesOfAnotherClient_AreToldWithoutBeingAskedFor)
+{
+    const SampleLibrary library;
+    std::mutex mutex;
+    std::condition_variable results_wait;
+    bool do_wait = false;
+    LibraryWorker worker([&] {
+        const std::lock_guard lock(mutex);
+        do_wait = true;
+        results_wait.notify_all();
+    });
+    worker.open(library.file());
+    worker.list(7, {});
+    static_cast<void>(results_of(worker));
+    {
+        const std::lock_guard lock(mutex);
+        do_wait = false;
+    }
+    ObjectDatabase other(library.file().c_str(), GIO::OpenReadWrite);
+    other.remove_object("root b");
+
+    std::unique_lock lock(mutex);
+    ASSERT_TRUE(results_wait.wait_for(lock, std::chrono::seconds(20), [&] { return do_wait; }));
+    lock.unlock();
+    const auto changes = only<NamesChanged>(results_of(worker));
+    ASSERT_EQ(changes.size(), 1U);
+    EXPECT_EQ(changes[0].listing, 7U);
+    EXPECT_THAT(changes[0].gone, ElementsAre("root b"));
+}
+
+TEST(LibraryWorker, WantedEntry_ComesAsItIsWhereItIsThere)
+{
+    const SampleLibrary library;
+    LibraryWorker worker([] {});
+    worker.open(library.file());
+    worker.want_entry({"Plain"}, "three");
+    worker.want_entry({}, "none");
+
+    const auto entries = only<EntryChanged>(results_of(worker));
+    ASSERT_EQ(entries.size(), 1U);
+    EXPECT_EQ(entries[0].name, "three");
+    EXPECT_EQ(entries[0].class_name, "PixelMap");
 }
 
 TEST(LibraryWorker, Icons_ComeInTheOrderInWhichTheyAreWanted)
