@@ -62,6 +62,7 @@ void start(int& argc, char** argv);
 
 namespace plain {
 [[nodiscard]] Work broadcast(const TreeShape& shape);
+[[nodiscard]] Work walk(const TreeShape& shape);
 [[nodiscard]] Work state(const TreeShape& shape);
 [[nodiscard]] Work commands(const CommandIds& ids);
 }  // namespace plain

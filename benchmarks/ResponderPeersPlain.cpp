@@ -75,6 +75,13 @@ std::shared_ptr<Tree> make_tree(const TreeShape& shape)
     return tree;
 }
 
+void count(const Node& node)
+{
+    ++g_handled;
+    for (const Node* child : node.children)
+        count(*child);
+}
+
 }  // namespace
 
 Work plain::broadcast(const TreeShape& shape)
@@ -83,6 +90,11 @@ Work plain::broadcast(const TreeShape& shape)
         unsigned what = 0x10;
         tree->front()->handle(what);
     };
+}
+
+Work plain::walk(const TreeShape& shape)
+{
+    return [tree = make_tree(shape)] { count(*tree->front()); };
 }
 
 Work plain::state(const TreeShape& shape)

@@ -367,7 +367,9 @@ void run_walks()
         in_new_process([&] {
             compare(
                 name, [root = make_tree<GResponder>(shape)] { count(*root); },
-                {{"Qt", qt::walk(shape), Goal::AtLeastTimesFaster, 2.5}}, shape.nodes);
+                {{"Qt", qt::walk(shape), Goal::AtLeastTimesFaster, 2.5},
+                 {"vectors", plain::walk(shape), Goal::AtMostTimesSlower, 1.1}},
+                shape.nodes);
         });
     }
 }
