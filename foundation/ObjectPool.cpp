@@ -62,22 +62,38 @@ ObjectPool::Slab* ObjectPool::Lists::next_slab(std::size_t kind)
         take_out(*slab);
         return slab;
     }
-    void* place = empty_;
-    if (empty_ != nullptr) {
-        empty_ = empty_->next;
-    } else {
-        void* const memory = source_.take();
-        if (memory == nullptr)
-            return nullptr;
-        place = &slab_of(memory);
-    }
-    auto* const slab = ::new (place) Slab;
+    Slab* const slab = empty_slab();
+    if (slab == nullptr)
+        return nullptr;
+    *slab = {.user = user_, .kind = static_cast<std::uint16_t>(kind), .behind = slab->behind};
     const std::size_t front = reinterpret_cast<std::uintptr_t>(slab + 1) % SlabSource::kSlabBytes;
-    slab->user = user_;
-    slab->kind = static_cast<std::uint32_t>(kind);
     slab->capacity =
-        static_cast<std::uint32_t>((SlabSource::kSlabBytes - front) / ((kind + 1) * kStep));
+        static_cast<std::uint16_t>((SlabSource::kSlabBytes - front) / ((kind + 1) * kStep));
     return slab;
+}
+
+/// Null without memory.
+ObjectPool::Slab* ObjectPool::Lists::empty_slab()
+{
+    if (Slab* const slab = empty_) {
+        empty_ = slab->next;
+        return slab;
+    }
+    void* const memory = source_.take();
+    if (memory == nullptr)
+        return nullptr;
+    auto* const slab = ::new (&slab_of(memory)) Slab;
+    slab->behind = all_;
+    all_ = slab;
+    return slab;
+}
+
+bool ObjectPool::Lists::has(const Slab* slab) const
+{
+    const Slab* one = all_;
+    while (one != nullptr && one != slab)
+        one = one->behind;
+    return one != nullptr;
 }
 
 /// For a slab with `watch` blocks in use: it was full, or is empty now.
@@ -111,19 +127,20 @@ void ObjectPool::Lists::take_out(Slab& slab)
 
 void ObjectPool::Lists::give_back()
 {
-    const auto give = [this](Slab* slab) {
+    for (Slab*& current : current_) {
+        if (current != &no_slab && current->used == 0)
+            current = &no_slab;
+    }
+    empty_ = nullptr;
+    for (Slab** link = &all_; *link != nullptr;) {
+        Slab* const slab = *link;
+        if (slab->used > 0) {
+            link = &slab->behind;
+            continue;
+        }
+        *link = slab->behind;
         const auto address = reinterpret_cast<std::uintptr_t>(slab);
         source_.give_back(reinterpret_cast<void*>(address - address % SlabSource::kSlabBytes));
-    };
-    for (Slab*& current : current_) {
-        if (current == &no_slab || current->used > 0)
-            continue;
-        give(current);
-        current = &no_slab;
-    }
-    while (Slab* const slab = empty_) {
-        empty_ = slab->next;
-        give(slab);
     }
 }
 
@@ -166,6 +183,22 @@ void ObjectPool::free_for_others(Slab& slab, void* memory) noexcept
     while (!freed_by_others_.compare_exchange_weak(block->next, block, std::memory_order_release,
                                                    std::memory_order_relaxed)) {
     }
+}
+
+bool ObjectPool::free_if_own(void* block) noexcept
+{
+    Slab& slab = slab_of(block);  // not looked at before it is known
+    if (owner_ == thread_mark()) {
+        const bool found = own_.has(&slab);
+        if (found)
+            own_.put(slab, block);
+        return found;
+    }
+    const std::lock_guard lock(mutex_);
+    const bool found = others_.has(&slab);
+    if (found)
+        others_.put(slab, block);
+    return found;
 }
 
 void ObjectPool::take_freed_by_others()

@@ -51,6 +51,9 @@ public:
         else
             free_for_others(slab, block);
     }
+    /// Frees a block that this thread has taken; false for memory that is none of the pool's.
+    /// Linear in the slabs.
+    [[nodiscard]] bool free_if_own(void* block) noexcept;
     /// Gives the slabs back to the source in which no block is in use; on a thread that does not
     /// own the pool, the others' ones alone. The pool goes on working.
     void give_back() noexcept;
@@ -71,10 +74,11 @@ private:
         std::uint32_t watch = 0;     ///< With so many in use, a block that is freed is the last one
                                      ///< in use, or the first one that is not.
         std::uint32_t linked = 0;    ///< Blocks that have been in use or in the list.
-        std::uint32_t capacity = 0;
+        std::uint16_t capacity = 0;
+        std::uint16_t kind = 0;
         Slab* next = nullptr;  ///< Among those that have room, or are empty.
         Slab* previous = nullptr;
-        std::uint32_t kind = 0;
+        Slab* behind = nullptr;  ///< Among all.
     };
 
     /// The slabs of the owner, or those of the other threads.
@@ -101,11 +105,13 @@ private:
         }
         /// Looks further, and asks the source; null without memory.
         [[nodiscard]] void* take_from_next(std::size_t kind);
+        [[nodiscard]] bool has(const Slab* slab) const;
         void give_back();
 
     private:
         static void LinkSome(Slab& slab);
         [[nodiscard]] Slab* next_slab(std::size_t kind);
+        [[nodiscard]] Slab* empty_slab();
         void move_slab(Slab& slab);
         void take_out(Slab& slab);
 
@@ -114,6 +120,7 @@ private:
         Slab* current_[kKinds];      ///< What `take` serves from; never null.
         Slab* with_room_[kKinds]{};  ///< The others that have a free block and one in use.
         Slab* empty_ = nullptr;      ///< The others without a block in use.
+        Slab* all_ = nullptr;
     };
 
     [[nodiscard]] static std::size_t kind_of(std::size_t size) { return (size - 1) / kStep; }

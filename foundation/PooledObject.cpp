@@ -46,4 +46,20 @@ void PooledObject::operator delete(void* object, std::size_t size) noexcept
         pool().free(object);
 }
 
+void* PooledObject::operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    try {
+        return operator new(size);
+    } catch (...) {  // bad_alloc, or what the application's new-handler throws
+        return nullptr;
+    }
+}
+
+/// Nobody tells the size.
+void PooledObject::operator delete(void* object, const std::nothrow_t&) noexcept
+{
+    if (object != nullptr && !pool().free_if_own(object))
+        ::operator delete(object);
+}
+
 }  // namespace zmr

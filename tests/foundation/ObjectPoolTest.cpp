@@ -8,6 +8,7 @@
 #include <bit>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <mutex>
 #include <new>
 #include <random>
@@ -420,6 +421,26 @@ TEST(ObjectPool, GiveBackWithABlockInUse_KeepsItsSlabAlone)
     EXPECT_EQ(source.out(), 0U);
     pool.free(pool.allocate(64));  // it goes on working
     EXPECT_EQ(source.out(), 1U);
+}
+
+TEST(ObjectPool, FreeIfOwn_KnowsWhatItsThreadHasTaken)
+{
+    CountingSource source;
+    zmr::ObjectPool pool(source);
+    const Blocks blocks = allocate(pool, 64, 3000);
+    const auto foreign = std::make_unique<std::array<char, 64>>();
+
+    EXPECT_FALSE(pool.free_if_own(foreign.get()));
+    for (void* block : blocks)
+        EXPECT_TRUE(pool.free_if_own(block));
+    std::thread([&] {
+        void* const block = pool.allocate(40);
+        EXPECT_FALSE(pool.free_if_own(foreign.get()));
+        EXPECT_TRUE(pool.free_if_own(block));
+    }).join();
+    pool.give_back();
+    EXPECT_EQ(source.out(), 0U);
+    EXPECT_FALSE(pool.free_if_own(blocks.front()));
 }
 
 TEST(ObjectPool, GiveBackOnAThreadThatIsNotTheOwner_LeavesTheOwnersSlabs)

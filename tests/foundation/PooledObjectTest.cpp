@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <thread>
 #include <vector>
 
@@ -20,7 +21,7 @@ public:
     int more[20] = {2};
 };
 
-class Huge final : public Larger {
+class Huge : public Larger {
 public:
     int most[1000] = {3};
 };
@@ -30,7 +31,8 @@ public:
     alignas(128) int first = 4;
 };
 
-class Failing final : public Small {
+template <class Base>
+class Failing final : public Base {
 public:
     Failing() { throw 5; }
 };
@@ -78,7 +80,32 @@ TEST(PooledObject, InMemoryOfTheCallers_StandsThere)
 TEST(PooledObject, ConstructorThrows_MemoryIsGivenBack)
 {
     for (int turn = 0; turn < 3; ++turn)
-        EXPECT_THROW(static_cast<void>(std::make_unique<Failing>()), int);
+        EXPECT_THROW(static_cast<void>(std::make_unique<Failing<Small>>()), int);
+}
+
+TEST(PooledObject, NoThrow_GivesAnObjectThatEndsAsAnyOther)
+{
+    for (int turn = 0; turn < 100; ++turn) {
+        const std::unique_ptr<Small> small(new (std::nothrow) Small);
+        const std::unique_ptr<Small> huge(new (std::nothrow) Huge);
+        const std::unique_ptr<Small> wide(new (std::nothrow) Wide);
+        ASSERT_NE(small, nullptr);
+        ASSERT_NE(wide, nullptr);
+        ASSERT_NE(huge, nullptr);
+        EXPECT_EQ(static_cast<Huge&>(*huge).most[0], 3);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(wide.get()) % 128, 0U);
+    }
+}
+
+TEST(PooledObject, NoThrowButConstructorThrows_MemoryIsGivenBack)
+{
+    const auto make = [] {
+        EXPECT_THROW(static_cast<void>(new (std::nothrow) Failing<Small>), int);
+        EXPECT_THROW(static_cast<void>(new (std::nothrow) Failing<Huge>), int);
+    };
+    make();
+    std::thread(make).join();
+    EXPECT_EQ(std::make_unique<Small>()->number, 1);
 }
 
 TEST(PooledObject, MadeAndEndedOnOtherThreads_AreWhole)
