@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 using testing::HasSubstr;
+using testing::Not;
 
 class OdbWithoutRights : public ToolTest {
 protected:
@@ -80,7 +81,11 @@ TEST_F(OdbWithoutRights, ReadOnlyFolder_TakesNoNewLibraryAndNoExtractedFile)
     make_folder("locked");
     set_rights("locked", 0555);
 
-    EXPECT_THAT(run(1, {"create", file("locked/new.odb")}).err, HasSubstr("access is denied"));
+    const std::string created = run(1, {"create", file("locked/new.odb")}).err;
+    EXPECT_THAT(created, HasSubstr("access is denied"));
+    EXPECT_THAT(created, Not(HasSubstr("committed before"))) << "there is no library";
+    EXPECT_THAT(run(1, {"extract", library(), "badge.png", "--to", file("locked/new")}).err,
+                HasSubstr("ermission denied"));
     EXPECT_THAT(run(1, {"add", file("locked/new.odb"), sample("tiles.bmp")}).err,
                 HasSubstr("access is denied"));
     EXPECT_THAT(run(1, {"extract", library(), "badge.png", "--to", file("locked")}).err,

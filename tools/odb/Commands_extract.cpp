@@ -287,8 +287,12 @@ ExitCode extract(const ExtractArguments& arguments, Style style)
     std::error_code error;
     if (root)
         fs::create_directories(*root, error);
-    if (!root || !fs::is_directory(*root, error)) {
-        const std::string reason = error ? error.message() : "a file of that name is there";
+    std::error_code unknown;
+    if (!root || !fs::is_directory(*root, unknown)) {
+        const bool is_file = root && fs::exists(*root, unknown);
+        const std::string reason = !root     ? "no directory can have that name"
+                                   : is_file ? "a file of that name is there"
+                                             : error.message();
         complain(fmt::format("{}: the directory can't be made: {}", arguments.to, reason));
         return ExitCode::Refused;
     }

@@ -142,7 +142,8 @@ ExitCode finish_writing(ObjectDatabase& database, const std::string& file, ExitC
     const GString text =
         database.server == nullptr ? GString("it is not open") : database.server->error_text();
     complain(name_file(file, text.view()));
-    complain(fmt::format("{}: what was committed before is whole", file));
+    if (bytes_of_file(file) > 0)
+        complain(fmt::format("{}: what was committed before is whole", file));
     return graver(code, ExitCode::Refused);
 }
 
