@@ -2,8 +2,7 @@
 // brings the classes of models and scenes, and the formats of their files.
 #include "foundation/GDynamicLinkLibrary.h"
 #include "foundation/GException.h"
-#include "foundation/GObjectFileFormat.h"
-#include "foundation/OwnedObject.h"
+#include "odb/ObjectImport.h"
 #include "responder/GResponder.h"
 #include "scene_editor/core/SceneDocument.h"
 #include "scene_interface/SceneItem.h"
@@ -28,13 +27,6 @@ int refuse(const char* what, const char* why)
     return 1;
 }
 
-// Null for a file that holds no model.
-zmr::OwnedObject<> read_model(const char* file)
-{
-    const GObjectFileFormat* const format = GObjectFileFormat::Find(file);
-    return zmr::OwnedObject<>(format != nullptr ? format->read_object(file) : nullptr);
-}
-
 std::string film(scene::SceneRoot& root, scene::SceneItem& item)
 {
     std::vector<std::uint32_t> pixels(std::size_t{kWidth_px} * kHeight_px);
@@ -51,9 +43,9 @@ std::string film(scene::SceneRoot& root, scene::SceneItem& item)
 
 int write_movie(const char* model_file, const char* movie_file)
 {
-    zmr::OwnedObject<> model = read_model(model_file);
+    auto [model, reason] = zmr::import_object(model_file);
     if (model == nullptr)
-        return refuse(model_file, "no format reads it");
+        return refuse(model_file, reason.c_str());
     editor::SceneDocument document([] {});
     if (!document.begin_new())
         return refuse(model_file, "the module brings no scenes");
