@@ -49,7 +49,7 @@ protected:
     GStreamable(const GStreamable&) = default;
     GStreamable& operator=(const GStreamable&) = default;
 
-    static constexpr unsigned char kNotWritten = 1;  ///< A flag; the upper four are GResponder's.
+    static constexpr unsigned char kNotWritten = 1;
 
     unsigned char streamable_flags_ = 0;
 

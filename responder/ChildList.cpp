@@ -15,6 +15,17 @@ namespace {
 
 constexpr int kStep = 4;
 
+std::size_t bytes_of(int entries)
+{
+    return static_cast<std::size_t>(entries) * sizeof(GResponder*);
+}
+
+/// A slot more than it has children tells the room.
+std::size_t bytes_of_block(int capacity)
+{
+    return (static_cast<std::size_t>(capacity) + 1) * sizeof(GResponder*);
+}
+
 }  // namespace
 
 /// The size of the block for `count` children: larger lists have few sizes, so that growing one by
@@ -26,15 +37,9 @@ int ChildList::block_entries(int count)
     return static_cast<int>(std::bit_ceil(static_cast<unsigned>(count)));
 }
 
-/// Of a block, with the slots in front of its children.
-std::size_t ChildList::BytesOfBlock(int capacity)
-{
-    return BytesOf(capacity + slots_in_front(capacity));
-}
-
 void ChildList::clear()
 {
-    if (!has_block())
+    if (slots_ == nullptr)
         return;
     free_block(block());
     forget();
@@ -61,27 +66,26 @@ inline int ChildList::index_between(int from, int end, const GResponder* child) 
 
 int ChildList::index_behind_first(const GResponder* child) const
 {
-    return count() == 0 ? 0 : index_between(1, count(), child);
+    return count_ == 0 ? 0 : index_between(1, count_, child);
 }
 
 int ChildList::index_of(const GResponder* child, std::uint16_t place) const
 {
-    const int number = count();
-    if (number == 0)
+    if (count_ == 0)
         return 0;
     const int noted = static_cast<std::uint16_t>(place - place_at(0));
-    if (noted < number && slots_[noted].child == child)
+    if (noted < count_ && slots_[noted].child == child)
         return noted;
-    if (number <= kSearched)
+    if (count_ <= kSearched)
         return index_of(child);
     // A removal moves the shorter part of the list, so that notes hold at the ends and fail most
     // in the middle. When those that went stood evenly spread, a child stands as far from the
     // middle, measured by the list as it is, as it did by the list as it was.
-    const int before = std::max(static_cast<int>(most()), number);
-    const int middle = number / 2;
-    const int likely = middle + (std::min(noted, before) - middle) * number / before;
+    const int most = std::max(int{slots_[-1].room.most}, int{count_});
+    const int middle = count_ / 2;
+    const int likely = middle + (std::min(noted, most) - middle) * count_ / most;
     for (const int distance : {8, 64}) {
-        const int end = std::clamp(likely + distance, 0, number);
+        const int end = std::clamp(likely + distance, 0, int{count_});
         const int index = index_between(std::clamp(likely - distance, 0, end), end, child);
         if (index < end)
             return index;
@@ -89,85 +93,76 @@ int ChildList::index_of(const GResponder* child, std::uint16_t place) const
     return index_of(child);
 }
 
-void ChildList::insert_within(int index, GResponder* child)
+/// The places stay.
+void ChildList::set_room(int front, int capacity)
 {
-    assert(index >= 0 && index <= count() && count() < kMaxCount);
-    const int number = count();
-    const bool near_front = index < number - index;
-    if (!has_block() || room().capacity() == number)
-        grow(index);
-    const Room found = room();
-    // Half of the room that lies at the other end comes over to this one.
-    if (near_front && found.front == 0)
-        move_list((found.behind + 1) / 2);
-    else if (!near_front && found.behind == 0)
-        move_list(-((found.front + 1) / 2));
-    if (near_front) {
-        move_front(-1, room() + Room::kFirstCame);
-        move_entries(0, 1, index);
-    } else {
-        slots_[-1].room = room() + Room::kLastCame;
-        move_entries(index + 1, index, number - index);
-    }
-    slots_[index].child = child;
+    room().first_place = static_cast<std::uint16_t>(room().first_place + room().front - front);
+    room().front = static_cast<std::uint16_t>(front);
+    room().capacity = static_cast<std::uint16_t>(capacity);
 }
 
-/// Within the block; the places stay.
+void ChildList::insert_within(int index, GResponder* child)
+{
+    assert(index >= 0 && index <= count_ && count_ < kMaxCount);
+    const bool near_front = index < count_ - index;
+    if (slots_ == nullptr || capacity() == count_)
+        grow(index);
+    const int front = room().front;
+    const int behind = capacity() - front - count_;
+    // Half of the room that lies at the other end comes over to this one.
+    if (near_front && front == 0)
+        move_list((behind + 1) / 2);
+    else if (!near_front && behind == 0)
+        move_list(-((front + 1) / 2));
+    if (near_front) {
+        move_front(-1);
+        move_entries(0, 1, index);
+    } else {
+        move_entries(index + 1, index, count_ - index);
+    }
+    slots_[index].child = child;
+    ++count_;
+}
+
+/// Within the block.
 void ChildList::move_list(int by)
 {
     const Room before = room();
-    std::memmove(slots_ + by, slots_, BytesOf(before.count));
-    move_front(by,
-               MakeRoom(before.front + by, before.behind - by, before.count, before.first_place));
+    std::memmove(slots_ + by, slots_, bytes_of(count_));
+    slots_ += by;
+    room() = before;
+    set_room(before.front + by, before.capacity);
 }
 
 /// The new room comes to the end that is nearer to `index`.
 void ChildList::grow(int index)
 {
-    const int number = count();
-    const int capacity = block_entries(number + 1);
-    if (!has_block())
-        move_into_block_of(capacity, 0);
-    else if (index < number - index)
-        move_into_block_of(capacity, capacity - number);
-    else
-        resize(capacity);
-}
-
-/// With the list at the front of its block.
-void ChildList::resize(int capacity)
-{
-    const Room before = room();
-    const int in_front = slots_in_front(capacity);
-    if (in_front != slots_in_front(before.capacity())) {
-        move_into_block_of(capacity, 0);
+    const int capacity = block_entries(count_ + 1);
+    if (slots_ == nullptr || index < count_ - index) {
+        move_into_block_of(capacity, slots_ == nullptr ? 0 : capacity - count_);
         return;
     }
-    slots_ = static_cast<Slot*>(resize_block(block(), BytesOfBlock(capacity))) + in_front;
-    slots_[-1].room = MakeRoom(0, capacity - before.count, before.count, before.first_place);
+    // Full, so that nothing lies in front of the list.
+    slots_ = static_cast<Slot*>(resize_block(slots_ - 1, bytes_of_block(capacity))) + 1;
+    set_room(0, capacity);
 }
 
 void ChildList::move_into_block_of(int capacity, int front)
 {
-    const Room before = has_block() ? room() : Room{};
-    const int in_front = slots_in_front(capacity);
-    auto* const made = static_cast<Slot*>(allocate_block(BytesOfBlock(capacity)));
-    Slot* const first = made + in_front + front;
-    if (in_front > 1)
-        made->most = slots_in_front(before.capacity()) > 1 ? most() : 0;
-    if (before.count > 0)
-        std::memcpy(first, slots_, BytesOf(before.count));
-    clear();
+    Slot* first = static_cast<Slot*>(allocate_block(bytes_of_block(capacity))) + 1 + front;
+    first[-1].room = slots_ != nullptr ? room() : Room{};
+    if (count_ > 0)
+        std::memcpy(first, slots_, bytes_of(count_));
+    if (slots_ != nullptr)
+        free_block(block());
     slots_ = first;
-    slots_[-1].room =
-        MakeRoom(front, capacity - front - before.count, before.count, before.first_place);
+    set_room(front, capacity);
 }
 
 bool ChildList::remove_behind_first(const GResponder* child, std::uint16_t place)
 {
-    const int number = count();
-    const int index = number > kSearched ? index_of(child, place) : index_behind_first(child);
-    if (index == number)
+    const int index = count_ > kSearched ? index_of(child, place) : index_behind_first(child);
+    if (index == count_)
         return false;
     remove_within(index);
     return true;
@@ -175,31 +170,30 @@ bool ChildList::remove_behind_first(const GResponder* child, std::uint16_t place
 
 void ChildList::remove_within(int index)
 {
-    assert(index >= 0 && index < count());
-    const Room before = room();
-    const int left = before.count - 1;
-    if (left >= kSearched)
-        most() = left > kSearched ? std::max<std::int64_t>(most(), left + 1) : 0;
-    if (index < left - index) {
+    assert(index >= 0 && index < count_);
+    room().most = count_ > kSearched ? std::max(room().most, static_cast<std::uint16_t>(count_))
+                                     : std::uint16_t{0};
+    --count_;
+    if (index < count_ - index) {
         move_entries(1, 0, index);
-        move_front(1, before + Room::kFirstWent);
-    } else {
-        move_entries(index, index + 1, left - index);
-        slots_[-1].room = before + Room::kLastWent;
+        move_front(1);
+    } else if (index < count_) {
+        move_entries(index, index + 1, count_ - index);
     }
-    if (left % kStep == 0 && before.capacity() > kKept &&
-        before.capacity() >= 4 * block_entries(left))
+    if (count_ % kStep == 0 && capacity() > kKept && capacity() >= 4 * block_entries(count_))
         give_back();
 }
 
 void ChildList::give_back()
 {
     move_list(-room().front);
+    const int capacity = 2 * block_entries(count_);
     try {
-        resize(2 * block_entries(count()));
+        slots_ = static_cast<Slot*>(resize_block(slots_ - 1, bytes_of_block(capacity))) + 1;
     } catch (const OutOfMemory_Exception&) {
         return;  // the large block will do, and a removal does not fail
     }
+    set_room(0, capacity);
 }
 
 void ChildList::swap(int index1, int index2)
@@ -211,27 +205,28 @@ void ChildList::move_entries(int to, int from, int number)
 {
     assert(number >= 0 && to >= 0 && from >= 0);
     if (number > 0)
-        std::memmove(slots_ + to, slots_ + from, BytesOf(number));
+        std::memmove(slots_ + to, slots_ + from, bytes_of(number));
 }
 
 void ChildList::share(const ChildList& other)
 {
     slots_ = other.slots_;
+    count_ = other.count_;
 }
 
 void ChildList::forget()
 {
     slots_ = nullptr;
+    count_ = 0;
 }
 
 void ChildList::own_array()
 {
     ChildList copy;
-    if (const int number = count(); number > 0) {
-        copy.move_into_block_of(block_entries(number), 0);
-        std::memcpy(copy.slots_, slots_, BytesOf(number));
-        copy.slots_[-1].room =
-            MakeRoom(0, block_entries(number) - number, number, room().first_place);
+    if (count_ > 0) {
+        copy.move_into_block_of(block_entries(count_), 0);
+        copy.count_ = count_;
+        std::memcpy(copy.slots_, slots_, bytes_of(count_));
     }
     share(copy);
     copy.forget();

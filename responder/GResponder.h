@@ -17,17 +17,6 @@ class GCollection;
 class PaletteCollection;
 struct NotificationLink;
 
-namespace zmr {
-
-/// A responder's state. A base, because there it lies in bytes that the bases in front of it leave
-/// unused.
-class StateWord {
-protected:
-    std::uint32_t state_ = 1;  ///< Of GResponder's bits; a new one is shown.
-};
-
-}  // namespace zmr
-
 /// A node of the tree of objects that receive events: it has an owner, an ordered list of children
 /// that it owns, and one child marked as current. It carries behaviours, states, options, a regime,
 /// colours and a list of those who hear of its changes. Children stand in descending priority, the
@@ -37,12 +26,11 @@ protected:
 /// GStreamable::destroy, which ends its children first. A class whose objects are deleted otherwise
 /// calls shut_down in its destructor. docs/events.md tells how events pass. User-interface thread.
 ///
-/// A bare one takes 64 bytes, a line of the cache. Behaviours, label, palette, receivers of
-/// notifications and the current child, on both sides of it, stand in a record of their own that is
-/// made at the first need; a list of children is a block of its own.
+/// A bare one takes 72 bytes. Behaviours, label, palette, receivers of notifications and the
+/// current child, on both sides of it, stand in a record of their own that is made at the first
+/// need; a list of children is a block of its own.
 class ZMR_GV_API GResponder : public GStreamable,
                               private zmr::ListPlace,
-                              private zmr::StateWord,
                               public GIdler,
                               public zmr::PooledObject {
     G_DECLARE_CLASS(GResponder)
@@ -404,10 +392,9 @@ private:
         char* label = nullptr;
         GCollection* receivers = nullptr;  ///< NotificationLinks; made at the first need.
         PaletteCollection* palette = nullptr;
-        unsigned char borrowed = 0;
     };
 
-    // What another responder owns, by operator=: bits of `borrowed`.
+    // What another responder owns, by operator=: bits of `borrowed_`.
     static constexpr unsigned char kChildren = 0x01;
     static constexpr unsigned char kBehaviours = 0x02;
     static constexpr unsigned char kLabel = 0x04;
@@ -415,22 +402,7 @@ private:
     static constexpr unsigned char kPalette = 0x10;
     static constexpr unsigned char kCurrent = 0x20;
     static constexpr unsigned char kOwner = 0x40;
-    static constexpr unsigned char kEverything = 0x7F;
 
-    // Bits of `streamable_flags_`, which has room for them.
-    static constexpr unsigned char kHasBehaviours = 0x10;
-    static constexpr unsigned char kHasDoubles = 0x20;  ///< A child may stand in the list twice.
-    static constexpr unsigned char kParentColor = 0x40;
-    static constexpr unsigned char kParentSelectColor = 0x80;
-    static constexpr unsigned char kFlags =
-        kHasBehaviours | kHasDoubles | kParentColor | kParentSelectColor;
-
-    [[nodiscard]] bool flag(unsigned char which) const { return (streamable_flags_ & which) != 0; }
-    void set_flag(unsigned char which, bool on)
-    {
-        streamable_flags_ =
-            static_cast<unsigned char>(on ? streamable_flags_ | which : streamable_flags_ & ~which);
-    }
     GResponder(const GResponder& other, PlainFields);
     void copy_behaviours(GBehaviour* head);
     void release_all();
@@ -445,14 +417,10 @@ private:
     {
         return extras_ != nullptr ? extras_->current_of : nullptr;
     }
-    [[nodiscard]] bool borrows(unsigned char what) const
-    {
-        return extras_ != nullptr && (extras_->borrowed & what) != 0;
-    }
+    [[nodiscard]] bool borrows(unsigned char what) const { return (borrowed_ & what) != 0; }
     void stop_borrowing(unsigned char what)
     {
-        if (extras_ != nullptr)
-            extras_->borrowed = static_cast<unsigned char>(extras_->borrowed & ~what);
+        borrowed_ = static_cast<unsigned char>(borrowed_ & ~what);
     }
     void own_children();
     void own_behaviours();
@@ -488,7 +456,7 @@ private:
     /// Whether the event passes nothing on its way to handle_event here.
     [[nodiscard]] bool takes_directly(const GEvent& event) const
     {
-        return (event.what & GEvent::event_input_mask) == 0 && !flag(kHasBehaviours);
+        return (event.what & GEvent::event_input_mask) == 0 && !has_behaviours_;
     }
     void dispatch_by_behaviours(GEvent& event);
     void broadcast(GEvent& event);
@@ -507,7 +475,15 @@ private:
 
     // Few bytes, and what the way of an event through a leaf touches in front: the memory that a
     // large tree takes is what its events, walks and end cost.
-    zmr::ChildList children_;
+    [[no_unique_address]] zmr::ChildList children_;
+    bool has_behaviours_ : 1 = false;
+    bool has_doubles_ : 1 = false;  ///< A child may stand in the list twice, by rearrange.
+    bool parent_color_ : 1 = false;
+    bool parent_select_color_ : 1 = false;
+    /// The rest of the byte: a constructor writes it whole and reads nothing of new memory.
+    [[maybe_unused]] unsigned char no_flags_ : 4 = 0;
+    unsigned char borrowed_ = 0;
+    std::uint32_t state_ = state_shown;
     std::uint32_t options_ = 0;
     std::uint32_t regime_ = 0;
     GResponder* owner_ = nullptr;

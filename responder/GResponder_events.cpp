@@ -100,7 +100,7 @@ void GResponder::handle_event(GEvent& event)
 {
     if ((event.what & GEvent::event_input_mask) != 0)
         take_press(event);
-    else if (children_.has_block())
+    else if (children_.count() != 0)
         broadcast(event);
 }
 

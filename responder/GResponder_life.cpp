@@ -19,16 +19,18 @@ constexpr int kAhead = 4;
 
 // Making, copying and ending a responder.
 
-static_assert(sizeof(void*) != 8 || sizeof(GResponder) == 64);
+static_assert(sizeof(void*) != 8 || sizeof(GResponder) == 72);
 
 GResponder::GResponder() : GIdler(false) {}
 
 /// The fields that need no memory.
 GResponder::GResponder(const GResponder& other, PlainFields)
-    : GStreamable(other), GIdler(false), options_(other.options_), regime_(other.regime_)
+    : GStreamable(other),
+      GIdler(false),
+      state_(other.state_ & static_cast<std::uint32_t>(state_stored_mask)),
+      options_(other.options_),
+      regime_(other.regime_)
 {
-    state_ = other.state_ & static_cast<std::uint32_t>(state_stored_mask);
-    set_flag(kFlags, false);
 }
 
 GResponder::GResponder(const GResponder& other) : GResponder(other, PlainFields())
@@ -54,7 +56,7 @@ void GResponder::set_behaviours(GBehaviour* head)
 {
     if (head != nullptr || extras_ != nullptr)
         own_extras().behaviours = head;
-    set_flag(kHasBehaviours, head != nullptr);
+    has_behaviours_ = head != nullptr;
 }
 
 /// Clones the chain without those that are not to be written. Cloning the first one clones all.
@@ -74,11 +76,11 @@ GResponder& GResponder::operator=(const GResponder& other)
     if (this == &other)
         return *this;
     release_all();
-    Extras& own = own_extras();
     GStreamable::operator=(other);
     children_.share(other.children_);
+    set_behaviours(other.get_behaviours());
     if (const Extras* others = other.extras_.get()) {
-        own.behaviours = others->behaviours;
+        Extras& own = own_extras();
         own.label = others->label;
         own.receivers = others->receivers;
         own.palette = others->palette;
@@ -88,13 +90,16 @@ GResponder& GResponder::operator=(const GResponder& other)
     state_ = other.state_;
     options_ = other.options_;
     regime_ = other.regime_;
-    own.borrowed = kEverything;
+    parent_color_ = other.parent_color_;
+    parent_select_color_ = other.parent_select_color_;
+    has_doubles_ = other.has_doubles_;
+    borrowed_ = kChildren | kBehaviours | kLabel | kReceivers | kPalette | kCurrent | kOwner;
     return *this;
 }
 
 GResponder::~GResponder()
 {
-    if (extras_ != nullptr || children_.has_block() || owner_ != nullptr)
+    if (extras_ != nullptr || children_.count() > 0 || owner_ != nullptr || borrowed_ != 0)
         release_all();
     if (GResponder* holder = current_of())
         holder->extras_->current = nullptr;
@@ -117,7 +122,7 @@ void GResponder::release_all()
     if (owner_ != nullptr && !borrows(kOwner))
         owner_->delete_from_list(this);
     owner_ = nullptr;
-    stop_borrowing(kEverything);
+    borrowed_ = 0;
 }
 
 /// What the extras hold; they stay, because another one may have this one as its current child.
@@ -180,9 +185,9 @@ void GResponder::own_palette()
 
 void GResponder::shut_down()
 {
-    if (children_.has_block())
+    if (children_.count() > 0)
         destroy_all();
-    if (flag(kHasBehaviours))
+    if (has_behaviours_)
         destroy_all_behaviours();
     if (owner_ != nullptr)
         owner_->remove(this);
@@ -266,12 +271,12 @@ void GResponder::unlink_behaviour(GBehaviour* behaviour)
         link = &(*link)->next_behaviour;
     if (*link != nullptr)
         *link = behaviour->next_behaviour;
-    set_flag(kHasBehaviours, extras_->behaviours != nullptr);
+    has_behaviours_ = extras_->behaviours != nullptr;
 }
 
 void GResponder::destroy_all_behaviours()
 {
-    if (!flag(kHasBehaviours))
+    if (!has_behaviours_)
         return;
     zmr::RunningDispatch::ChainEnds(this);
     if (borrows(kBehaviours))

@@ -33,7 +33,7 @@ void GResponder::set_state(unsigned long asked_bits, unsigned char on)
         return;
     }
     state_ = on != 0 ? state_ | bits : state_ & ~bits;
-    if ((bits & kInherited) != 0 && children_.has_block())
+    if ((bits & kInherited) != 0 && children_.count() > 0)
         pass_state_on(bits, on);
 }
 
@@ -197,20 +197,20 @@ RGB_Color GResponder::get_default_color(long)
 
 bool GResponder::use_parent_color()
 {
-    return flag(kParentColor);
+    return parent_color_;
 }
 
 void GResponder::set_use_parent_color(bool use)
 {
-    set_flag(kParentColor, use);
+    parent_color_ = use;
 }
 
 bool GResponder::use_parent_select_color()
 {
-    return flag(kParentSelectColor);
+    return parent_select_color_;
 }
 
 void GResponder::set_use_parent_select_color(bool use)
 {
-    set_flag(kParentSelectColor, use);
+    parent_select_color_ = use;
 }

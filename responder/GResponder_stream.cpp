@@ -85,8 +85,8 @@ void GResponder::old_write(opstream& out)
         out.writeDWord(link->event_word);
     }
     out.writeStreamablePointer(get_palette(), false);
-    out.writeDWord(flag(kParentColor) ? 1 : 0);
-    out.writeDWord(flag(kParentSelectColor) ? 1 : 0);
+    out.writeDWord(parent_color_ ? 1 : 0);
+    out.writeDWord(parent_select_color_ ? 1 : 0);
 }
 
 void GResponder::old_read(ipstream& in)
@@ -111,8 +111,8 @@ void GResponder::old_read(ipstream& in)
     if (version >= kWithPalette)
         set_palette(in.read_owned<PaletteCollection>());
     if (version >= kWithColorFlags) {
-        set_flag(kParentColor, in.readDWord() != 0);
-        set_flag(kParentSelectColor, in.readDWord() != 0);
+        parent_color_ = in.readDWord() != 0;
+        parent_select_color_ = in.readDWord() != 0;
     }
     state_ = (state & kStored) | (former_state & ~kStored);
     if (((state ^ former_state) & kShown) != 0)

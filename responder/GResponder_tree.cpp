@@ -20,7 +20,7 @@ unsigned char GResponder::isSubobject(const GResponder* ancestor) const
 /// has no entry all the same.
 int GResponder::index_of_own(const GResponder* child) const
 {
-    if (flag(kHasDoubles))
+    if (has_doubles_)
         return children_.index_of(child);
     const int index = children_.index_of(child, child->place_);
     if (index < children_.count())
@@ -179,7 +179,7 @@ const GResponder* GResponder::above() const
 /// Whether this responder, which has no owner, is `other` or stands above it.
 bool GResponder::is_above(const GResponder* other) const
 {
-    return this == other || (children_.has_block() && other->stands_below(this));
+    return this == other || (children_.count() > 0 && other->stands_below(this));
 }
 
 bool GResponder::stands_below(const GResponder* ancestor) const
@@ -211,7 +211,7 @@ bool GResponder::stands_below(const GResponder* ancestor) const
 inline void GResponder::settle(int index, GResponder* child)
 {
     child->place_ = children_.place_at(index);
-    if (child->extras_ != nullptr || child->children_.has_block())
+    if (child->extras_ != nullptr || child->children_.count() > 0)
         drop_currents(child);
     child->owner_ = this;
     child->stop_borrowing(kOwner);
@@ -307,7 +307,7 @@ bool GResponder::delete_from_list(GResponder* child)
         own_children();
     if (!children_.remove(child, child->place_))
         return false;
-    if (flag(kHasDoubles))
+    if (has_doubles_)
         remove_doubles(child);
     child->owner_ = nullptr;
     return true;
@@ -350,7 +350,7 @@ void GResponder::rearrange(GResponder* child, GResponder* target)
         before.push_back(children_[index]);
     children_.move_entries(to, to + 1, std::min(to - from, count - to - 1));
     children_.put_at(to, child);
-    set_flag(kHasDoubles, true);
+    has_doubles_ = true;
     for (GResponder* former : before) {
         if (former->owner_ == this && children_.index_of(former) == count)
             former->owner_ = nullptr;

@@ -60,7 +60,7 @@ short by_name(const GResponder* a, const GResponder* b)
 
 TEST(GResponderTree, BareResponder_TakesFewBytes)
 {
-    EXPECT_LE(sizeof(GResponder), 64U);
+    EXPECT_LE(sizeof(GResponder), 72U);
 }
 
 TEST(GResponderTree, New_IsDetachedAndShown)
