@@ -109,7 +109,7 @@ TransferResult add_files(ObjectDatabase& library, const DirectoryPath& to,
         const GResourceFullName full_name = mediator_name(to, name);
         if (!zmr::append_with_icon(library, *read.object, full_name) ||
             !tell_of(library, full_name)) {
-            result.refused.push_back(file + ": the library can't have an entry of that name.");
+            result.refused.push_back(file + ": the library can't have an entry of that name");
             continue;
         }
         ++result.done;
